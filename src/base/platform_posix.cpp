@@ -1,0 +1,225 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <climits>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <system_error>
+
+#include "base/format.h"
+#include "base/paths.h"
+#include "base/platform.h"
+
+namespace quillomar {
+namespace {
+
+constexpr mode_t kNewFileMode = 0666;
+constexpr mode_t kNewFolderMode = 0777;
+constexpr mode_t kPrivateFolderMode = 0700;
+
+class DiskFile final : public File {
+ public:
+  explicit DiskFile(int descriptor) : descriptor_(descriptor) {}
+  ~DiskFile() override { ::close(descriptor_); }
+  DiskFile(const DiskFile&) = delete;
+  DiskFile& operator=(const DiskFile&) = delete;
+
+  std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) override {
+    std::size_t done = 0;
+    while (done < out.size()) {
+      const ssize_t count = ::pread(descriptor_, out.data() + done, out.size() - done,
+                                    static_cast<off_t>(offset + done));
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) return std::nullopt;
+      if (count == 0) break;
+      done += static_cast<std::size_t>(count);
+    }
+    return done;
+  }
+
+  Result WriteAt(std::uint64_t offset, ByteSpan bytes) override {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+      const ssize_t count = ::pwrite(descriptor_, bytes.data() + done, bytes.size() - done,
+                                     static_cast<off_t>(offset + done));
+      if (count < 0 && errno == EINTR) continue;
+      if (count <= 0) return Result::kFailed;
+      done += static_cast<std::size_t>(count);
+    }
+    return Result::kDone;
+  }
+
+  Result SetSize(std::uint64_t size) override {
+    return ::ftruncate(descriptor_, static_cast<off_t>(size)) == 0 ? Result::kDone
+                                                                   : Result::kFailed;
+  }
+
+  Result Sync() override { return ::fsync(descriptor_) == 0 ? Result::kDone : Result::kFailed; }
+
+  std::uint64_t Size() override {
+    struct stat status {};
+    if (::fstat(descriptor_, &status) != 0) return 0;
+    return static_cast<std::uint64_t>(status.st_size);
+  }
+
+ private:
+  int descriptor_;
+};
+
+int OpenFlags(OpenMode mode) {
+  switch (mode) {
+    case OpenMode::kReadOnly:
+      return O_RDONLY;
+    case OpenMode::kReadWrite:
+    case OpenMode::kExclusiveWrite:
+      return O_RDWR;
+    case OpenMode::kCreate:
+      return O_RDWR | O_CREAT | O_TRUNC;
+    case OpenMode::kCreateKeeping:
+      return O_RDWR | O_CREAT;
+  }
+  return O_RDONLY;
+}
+
+bool IsRegularFile(int descriptor) {
+  struct stat status {};
+  return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+class DiskFileSystem final : public FileSystem {
+ public:
+  std::unique_ptr<File> Open(const std::string& path, OpenMode mode) override {
+    // O_NONBLOCK keeps a named pipe from hanging the program; it means nothing to regular files.
+    const int descriptor =
+        ::open(path.c_str(), OpenFlags(mode) | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
+    if (descriptor < 0) return nullptr;
+    auto file = std::make_unique<DiskFile>(descriptor);
+    if (!IsRegularFile(descriptor)) return nullptr;
+    if (mode == OpenMode::kExclusiveWrite && ::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+      return nullptr;
+    }
+    return file;
+  }
+
+  bool Exists(const std::string& path) override {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0;
+  }
+
+  bool IsFolder(const std::string& path) override {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  }
+
+  std::optional<std::int64_t> ModificationTime(const std::string& path) override {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+    constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
+    return status.st_mtim.tv_sec * kNanosecondsPerSecond + status.st_mtim.tv_nsec;
+  }
+
+  std::vector<std::string> List(const std::string& folder) override {
+    std::vector<std::string> names;
+    std::error_code error;
+    std::filesystem::directory_iterator entries(folder, error);
+    const std::filesystem::directory_iterator end;
+    while (!error && entries != end) {
+      names.push_back(entries->path().filename().string());
+      entries.increment(error);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  Result CreateFolder(const std::string& path) override {
+    if (::mkdir(path.c_str(), kNewFolderMode) == 0 || IsFolder(path)) return Result::kDone;
+    return Result::kFailed;
+  }
+
+  Result Remove(const std::string& path) override {
+    return ::unlink(path.c_str()) == 0 ? Result::kDone : Result::kFailed;
+  }
+
+  Result Rename(const std::string& from, const std::string& to) override {
+    return ::rename(from.c_str(), to.c_str()) == 0 ? Result::kDone : Result::kFailed;
+  }
+};
+
+// A folder that another user could have prepared is refused: files are written to it under names
+// that can be guessed.
+bool IsPrivateFolder(const std::string& path) {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+         status.st_uid == ::getuid() && (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+}
+
+std::string MakePrivateTemporaryFolder() {
+  const std::string parent = EnvironmentVariable("TMPDIR").value_or("/tmp");
+  const std::string folder =
+      JoinPath(parent, Format("quillomar-%u", static_cast<unsigned>(::getuid())));
+  ::mkdir(folder.c_str(), kPrivateFolderMode);
+  if (IsPrivateFolder(folder)) return folder;
+  std::string unique = folder + "-XXXXXX";
+  return ::mkdtemp(unique.data()) != nullptr ? unique : std::string();
+}
+
+std::string MakeConfigurationFolder() {
+  std::string home = EnvironmentVariable("XDG_CONFIG_HOME").value_or("");
+  if (home.empty() || home.front() != '/') {
+    home = JoinPath(EnvironmentVariable("HOME").value_or("/"), ".config");
+  }
+  const std::string folder = JoinPath(home, "quillomar");
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  return folder;
+}
+
+}  // namespace
+
+std::unique_ptr<FileSystem> MakeDiskFileSystem() {
+  return std::make_unique<DiskFileSystem>();
+}
+
+std::optional<std::string> EnvironmentVariable(const std::string& name) {
+  const char* value = std::getenv(name.c_str());
+  if (value == nullptr || *value == '\0') return std::nullopt;
+  return std::string(value);
+}
+
+void PrepareEnvironment() {
+  if (!EnvironmentVariable("APPDATA")) {
+    ::setenv("APPDATA", MakeConfigurationFolder().c_str(), 1);
+  }
+  if (!EnvironmentVariable("TEMP")) {
+    const std::string folder = MakePrivateTemporaryFolder();
+    if (!folder.empty()) ::setenv("TEMP", folder.c_str(), 1);
+  }
+}
+
+std::string ExecutablePath() {
+  std::error_code error;
+  const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
+  return error ? std::string() : path.string();
+}
+
+std::string TimeOfDay() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  ::localtime_r(&now, &local);
+  return Format("%02d:%02d:%02d", local.tm_hour, local.tm_min, local.tm_sec);
+}
+
+std::int64_t MonotonicMs() {
+  using std::chrono::duration_cast;
+  return duration_cast<std::chrono::milliseconds>(
+             std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+}  // namespace quillomar

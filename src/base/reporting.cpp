@@ -1,0 +1,70 @@
+#include "base/reporting.h"
+
+#include "base/format.h"
+#include "base/platform.h"
+
+namespace quillomar {
+namespace {
+
+constexpr int kShownReports = 4;
+
+}  // namespace
+
+int Reporter::ReportError(const std::string& text, int quiet) {
+  if (quiet != 0) return quiet;
+  return hooks_.showError ? hooks_.showError(text) : 0;
+}
+
+void Reporter::LogLine(std::string_view text, int quiet) {
+  if (quiet != 0) return;
+  if (!text.empty() && text.back() == '\n') text.remove_suffix(1);
+  const std::lock_guard lock(mutex_);
+  statusText_ = text;
+  if (!log_) return;
+  const std::string line = TimeOfDay().append(" -- ").append(text).append("\n");
+  const ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(line.data()), line.size());
+  // A log that cannot be written must not stop the work that it describes.
+  if (!Failed(log_->WriteAt(logSize_, bytes))) logSize_ += line.size();
+}
+
+bool Reporter::AskYesNo(const std::string& question) {
+  return hooks_.askYesNo && hooks_.askYesNo(question);
+}
+
+bool Reporter::AskOkCancel(const std::string& question) {
+  return hooks_.askOkCancel && hooks_.askOkCancel(question);
+}
+
+std::string Reporter::StatusText() const {
+  const std::lock_guard lock(mutex_);
+  return statusText_;
+}
+
+void Reporter::ClearStatusText() {
+  const std::lock_guard lock(mutex_);
+  statusText_.clear();
+}
+
+void Reporter::OpenLog(const std::string& path) {
+  std::unique_ptr<File> file = path.empty() ? nullptr : files_.Open(path, OpenMode::kCreate);
+  const std::lock_guard lock(mutex_);
+  log_ = std::move(file);
+  logSize_ = 0;
+}
+
+void Reporter::CloseLog() {
+  const std::lock_guard lock(mutex_);
+  log_.reset();
+}
+
+void ReportLimit::Report(const std::string& text) {
+  const int before = count_.fetch_add(1);
+  if (before >= kShownReports) {
+    reporter_.LogLine(text);
+    return;
+  }
+  const bool last = before == kShownReports - 1;
+  reporter_.ReportError(last ? text + "\nI won't report this error again" : text);
+}
+
+}  // namespace quillomar

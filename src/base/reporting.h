@@ -1,0 +1,70 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "base/file.h"
+
+namespace quillomar {
+
+// What a front end installs to talk to the user. Each may be called from a worker thread, never
+// with a lock of the reporter held; an empty one shows nothing and answers no.
+struct ReportingHooks {
+  std::function<int(const std::string& text)> showError;         // returns the message box's result
+  std::function<bool(const std::string& question)> askYesNo;     // true for Yes
+  std::function<bool(const std::string& question)> askOkCancel;  // true for OK
+};
+
+// The one way by which the program tells the user something. Safe to call from any thread.
+class Reporter {
+ public:
+  explicit Reporter(FileSystem& files) : files_(files) {}
+
+  void InstallHooks(ReportingHooks hooks) { hooks_ = std::move(hooks); }
+
+  // Shows an error; with a non-zero quiet flag returns that flag and shows nothing.
+  int ReportError(const std::string& text, int quiet = 0);
+  // Adds "time -- text" to the log while one is open and sets the status text; one trailing line
+  // break of the text is dropped. A non-zero quiet flag makes it do nothing.
+  void LogLine(std::string_view text, int quiet = 0);
+  // Answers no where nobody can be asked.
+  bool AskYesNo(const std::string& question);
+  bool AskOkCancel(const std::string& question);
+
+  // The text of the last log line, for the progress display.
+  [[nodiscard]] std::string StatusText() const;
+  void ClearStatusText();
+
+  // Truncates and opens the log; an empty path or a file that cannot be made leaves logging off.
+  void OpenLog(const std::string& path);
+  void CloseLog();
+
+ private:
+  FileSystem& files_;
+  ReportingHooks hooks_;
+  mutable std::mutex mutex_;
+  std::string statusText_;
+  std::unique_ptr<File> log_;
+  std::uint64_t logSize_ = 0;
+};
+
+// Serious errors in subpictures share one count: four are shown, the fourth says that it is the
+// last, later ones are logged. The count starts anew with each file set.
+class ReportLimit {
+ public:
+  explicit ReportLimit(Reporter& reporter) : reporter_(reporter) {}
+  void Reset() { count_ = 0; }
+  void Report(const std::string& text);
+  [[nodiscard]] int Count() const { return count_; }
+
+ private:
+  Reporter& reporter_;
+  std::atomic<int> count_ = 0;
+};
+
+}  // namespace quillomar

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "dvd/sector.h"
+
+// Nav pack (private stream 2): PCI packet at byte 38, DSI packet at byte 1024.
+namespace quillomar {
+
+inline constexpr std::size_t kNavLbaOffset = 45;               // u32, PCI: own LBA
+inline constexpr std::size_t kNavStartTimeOffset = 57;         // u32, 90 kHz
+inline constexpr std::size_t kNavEndTimeOffset = 61;           // u32, 90 kHz
+inline constexpr std::size_t kNavHighlightStatusOffset = 141;  // u16, 1 = new highlight
+inline constexpr std::size_t kNavButtonCountOffset = 158;      // u8
+inline constexpr std::size_t kNavButtonColoursOffset = 163;    // 3 entries of 8 bytes
+inline constexpr std::size_t kNavButtonsOffset = 187;          // up to 36 entries of 18 bytes
+inline constexpr std::size_t kNavVobIdOffset = 1055;           // u16
+inline constexpr std::size_t kNavCellIdOffset = 1058;          // u8
+inline constexpr std::size_t kNavCategoryOffset = 1063;        // u16, non-zero = interleaved
+inline constexpr std::size_t kNavSearchInfoOffset =
+    1265;  // VOBU search information and what follows
+inline constexpr std::size_t kNavSearchInfoSize = 271;
+
+inline constexpr int kMaxButtons = 36;
+inline constexpr int kButtonColourEntries = 3;
+
+// One colour scheme of a highlight as 16 nibbles: selection colours, selection contrasts, action
+// colours, action contrasts, each in the order emphasis 2, emphasis 1, pattern, background.
+using ButtonColours = std::array<std::uint8_t, 16>;
+
+// A menu button; the rectangle is in frame pixels and lines.
+struct Button {
+  std::uint8_t colourNumber = 0;  // 0: no highlight colours; 1 to 3 select an entry
+  bool autoAction = false;
+  std::uint16_t x = 0, y = 0;
+  std::uint16_t width = 0, height = 0;                 // end - start
+  std::uint8_t up = 0, down = 0, left = 0, right = 0;  // neighbours, from 1
+  friend bool operator==(const Button&, const Button&) = default;
+};
+
+// The highlight information of a nav pack.
+struct Highlight {
+  std::array<ButtonColours, kButtonColourEntries> colours{};
+  std::vector<Button> buttons;
+  friend bool operator==(const Highlight&, const Highlight&) = default;
+};
+
+using SearchInfo = std::array<std::uint8_t, kNavSearchInfoSize>;
+
+struct NavPack {
+  std::uint32_t startTime = 0;  // VOBU start, 90 kHz
+  std::uint32_t endTime = 0;    // VOBU end, 90 kHz
+  Vcid vcid;
+  int buttonCount = 0;  // 0 to 36
+  bool interleaved = false;
+  std::optional<Highlight> highlight;  // only when the pack defines a new one
+};
+
+// Reads a sector that ClassifyPack called a nav pack.
+[[nodiscard]] NavPack ParseNavPack(SectorView sector);
+[[nodiscard]] SearchInfo CopySearchInfo(SectorView sector);
+
+}  // namespace quillomar

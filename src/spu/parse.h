@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+#include "spu/spu_context.h"
+#include "spu/subpicture_unit.h"
+
+namespace quillomar {
+
+// Parses the chain of control sequences from the unit's bytes into its state: sequences,
+// change-colour tables, display area, field offsets, sizes. `index` 0 starts anew at the header's
+// offset (the argument is ignored); the chain's later members are read at `offset`. Fails on an
+// offset outside the unit and on an unknown command, each with its message; what was parsed before
+// stays.
+Result ParseControlSequences(SubpictureUnit& unit, int index, std::uint16_t offset,
+                             const SpuContext& context);
+
+// Delay of a sequence (-1: the last one) in ms, rounded up to a whole number of frames; 0 for an
+// index that does not exist.
+[[nodiscard]] int DelayMs(const SubpictureUnit& unit, int index, VideoStandard standard);
+
+// Display duration in ms as formatters take it: -1 for a unit with one sequence (no end).
+[[nodiscard]] int DurationMs(const SubpictureUnit& unit, VideoStandard standard);
+
+// One line of the text dump of the parsed commands, ending in a line break. Start with sequence 0,
+// command -1; returns kFailed when the dump is finished (no text then).
+Result DumpCommands(const SubpictureUnit& unit, VideoStandard standard, std::string& text,
+                    int& sequence, int& command);
+
+// True when a forced start stands in some sequence.
+[[nodiscard]] bool IsForced(const SubpictureUnit& unit);
+
+// True when some sequence starts the display and some pixel type that occurs has an alpha above 0
+// in some sequence. Decodes the bitmap when it is not yet.
+[[nodiscard]] bool IsShown(SubpictureUnit& unit, const SpuContext& context);
+
+}  // namespace quillomar

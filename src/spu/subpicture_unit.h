@@ -1,0 +1,131 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/file.h"
+#include "dvd/nav_pack.h"
+#include "dvd/sector.h"
+#include "spu/control_sequence.h"
+
+// A subpicture unit (SPU): a run-length coded bitmap of four pixel types and the control sequences
+// that show it.
+//
+//   0  u16  total size in bytes
+//   2  u16  offset of the first control sequence
+//   4  ...  run-length data of both fields
+namespace quillomar {
+
+inline constexpr std::size_t kSpuHeaderSize = 4;
+inline constexpr std::size_t kSpuSizeOffset = 0;
+inline constexpr std::size_t kSpuDcsqtOffset = 2;
+inline constexpr int kMaxSpuSize = 65535;
+inline constexpr int kMaxSpuPacks = 32;
+
+enum PixelType : std::uint8_t { kBackground = 0, kPattern = 1, kEmphasis1 = 2, kEmphasis2 = 3 };
+
+// Pixels and lines of the frame, both ends included.
+struct DisplayArea {
+  std::uint16_t sx = 0, ex = 0, sy = 0, ey = 0;
+  friend bool operator==(const DisplayArea&, const DisplayArea&) = default;
+};
+
+// A rectangle of the bitmap, all edges included; -1 is unset.
+struct ContentBox {
+  std::int16_t left = kUnsetLeft, top = -1, right = -1, bottom = -1;
+  static constexpr std::int16_t kUnsetLeft = 720;
+  friend bool operator==(const ContentBox&, const ContentBox&) = default;
+};
+
+inline constexpr std::size_t kLineTableSize = 600;
+
+// What the first decode found out about the bitmap.
+struct BitmapStatistics {
+  int backgroundType = -1;                               // pixel type, -1 until decoded
+  std::array<std::uint16_t, kPixelTypes> pixelCounts{};  // modulo 2^16, as the field is
+  ContentBox box;                                        // of the pixels that are not background
+  bool empty = false;                                    // no such pixel
+  // Byte offset from the unit's start at which each row's codes begin.
+  std::array<std::uint16_t, kLineTableSize> lineStarts{};
+  friend bool operator==(const BitmapStatistics&, const BitmapStatistics&) = default;
+};
+
+// Everything of a unit that an edit can change, as one value: a copy restores it.
+struct SpuState {
+  Bytes bytes;                     // the unit; its size is the total size
+  std::uint16_t dcsqtOffset = 0;   // offset of the first control sequence
+  std::uint32_t pts = 0;           // 90 kHz, as it now stands
+  DisplayArea area;                // of the first control sequence, as last parsed
+  DisplayArea areaAsFound;         // kept by re-parses once decoded
+  std::uint16_t topOffset = 0;     // run-length data of the even rows
+  std::uint16_t bottomOffset = 0;  // and of the odd rows
+  int width = 0;                   // pixels
+  int alignedWidth = 0;            // rounded up to a multiple of 4
+  int height = 0;                  // lines, cut at the frame's end
+  std::vector<ControlSequence> sequences;
+  std::vector<ColconTable> colconTables;
+  int freeRoom = 0;   // bytes by which the unit may grow inside its packs
+  int spareRoom = 0;  // unused bytes between the bitmap and the control sequences
+  BitmapStatistics statistics;
+  int horizontalOffset = 0;  // pixels right of the area as found
+  int verticalOffset = 0;    // lines above the area as found
+  int border = 0;            // lines
+  bool decoded = false;
+  bool modified = false;
+  friend bool operator==(const SpuState&, const SpuState&) = default;
+
+  [[nodiscard]] int TotalSize() const { return static_cast<int>(bytes.size()); }
+};
+
+// One of the packs that hold the unit.
+struct SpuPack {
+  int fileIndex = 0;  // in the file set
+  std::uint32_t lbaInFile = 0;
+  std::uint32_t lba = 0;  // LBA in set
+  friend bool operator==(const SpuPack&, const SpuPack&) = default;
+};
+
+inline constexpr std::size_t kFirstHeaderSize = 64;
+
+// One subtitle held for editing.
+struct SubpictureUnit {
+  SpuState state;
+
+  // Where it comes from; edits leave this alone.
+  std::vector<SpuPack> packs;                                // in stream order, at most 32
+  std::array<std::uint8_t, kFirstHeaderSize> firstHeader{};  // start of the first pack as found
+  std::uint32_t ptsAsRead = 0;                               // 90 kHz
+  std::int64_t globalTime = 0;  // ticks from the start of the set; follows state.pts
+  std::uint32_t navLba = 0;     // LBA in set of its VOBU's nav pack
+  Vcid vcid;
+  int stream = 0;                 // 0 to 31
+  int number = 0;                 // in the set, from 1
+  int numberInStream = 0;         // from 1
+  std::optional<int> clut;        // index into the cell map's CLUTs
+  Highlight highlight;            // buttons of a menu; empty without them
+  std::int64_t supPosition = -1;  // byte position of its record in a .sup file
+  bool complete = false;          // all bytes gathered
+  bool scrambled = false;         // some pack is scrambled; never written
+
+  // The bitmap: one byte for each pixel, rows of state.width bytes, row 0 on top. Empty until
+  // decoded and after ReleasePixels.
+  std::vector<std::uint8_t> pixels;
+
+  // The sequence shown and edited, and what it shows: its own colours and alphas, else those of
+  // sequence 0; nothing where neither has any.
+  int currentSequence = 0;
+  bool allSequences = true;  // edits go to every sequence
+  std::optional<PixelTypeValues> currentColours;
+  std::optional<PixelTypeValues> currentAlphas;
+
+  // LBA in set of the first pack, 0 for a unit without packs.
+  [[nodiscard]] std::uint32_t Lba() const { return packs.empty() ? 0 : packs.front().lba; }
+  [[nodiscard]] std::uint8_t SubStreamId() const;
+  [[nodiscard]] bool HasButtons() const { return !highlight.buttons.empty(); }
+  void ReleasePixels() { std::vector<std::uint8_t>().swap(pixels); }
+};
+
+}  // namespace quillomar

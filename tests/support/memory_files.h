@@ -1,0 +1,50 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "base/file.h"
+
+namespace quillomar::test {
+
+// A file system in memory. Files opened twice share their bytes. Folders exist as soon as a file or
+// CreateFolder names them.
+class MemoryFileSystem : public FileSystem {
+ public:
+  std::unique_ptr<File> Open(const std::string& path, OpenMode mode) override;
+  bool Exists(const std::string& path) override;
+  bool IsFolder(const std::string& path) override;
+  std::optional<std::int64_t> ModificationTime(const std::string& path) override;
+  std::vector<std::string> List(const std::string& folder) override;
+  Result CreateFolder(const std::string& path) override;
+  Result Remove(const std::string& path) override;
+  Result Rename(const std::string& from, const std::string& to) override;
+
+  void Put(const std::string& path, Bytes content);
+  // Content of a file that must exist.
+  Bytes& Content(const std::string& path);
+  void SetReadOnly(const std::string& path) { nodes_.at(path)->readOnly = true; }
+  void SetModificationTime(const std::string& path, std::int64_t time);
+
+  // From now on the n-th write from here (0 = the next one) and all later ones fail; -1: none does.
+  void FailWritesFrom(int count) { writesLeft_ = count; }
+  [[nodiscard]] int WritesDone() const { return writesDone_; }
+
+ private:
+  friend class MemoryFile;
+  struct Node {
+    Bytes bytes;
+    std::int64_t time = 0;
+    bool readOnly = false;
+  };
+  bool TakeWrite();
+
+  std::map<std::string, std::shared_ptr<Node>> nodes_;
+  std::map<std::string, bool> folders_;
+  std::int64_t clock_ = 1;
+  int writesLeft_ = -1;
+  int writesDone_ = 0;
+};
+
+}  // namespace quillomar::test
