@@ -1,0 +1,73 @@
+#include "spu/rooms.h"
+
+#include "dvd/big_endian.h"
+
+namespace quillomar {
+namespace {
+
+std::uint16_t Shifted(std::uint16_t offset, int bytes) {
+  return static_cast<std::uint16_t>(offset + bytes);
+}
+
+// In a malformed chain one sequence can stand inside another; mending the offsets of the one would
+// then change the commands of the other.
+bool SequencesOverlap(const SpuState& state) {
+  for (std::size_t i = 0; i + 1 < state.sequences.size(); ++i) {
+    const ControlSequence& sequence = state.sequences[i];
+    const int lastByte = sequence.commands.empty()
+                             ? sequence.ownOffset + static_cast<int>(kSequenceHeaderSize) - 1
+                             : sequence.commands.back().offset;
+    if (state.sequences[i + 1].ownOffset <= lastByte) return true;
+  }
+  return false;
+}
+
+bool CanShift(const SpuState& state, int bytes) {
+  const bool headerHolds = state.dcsqtOffset >= kSpuHeaderSize &&
+                           state.dcsqtOffset <= state.bytes.size() &&
+                           state.spareRoom <= state.dcsqtOffset - static_cast<int>(kSpuHeaderSize);
+  return headerHolds && -bytes <= state.spareRoom && bytes <= state.freeRoom &&
+         state.TotalSize() + bytes <= kMaxSpuSize && !SequencesOverlap(state);
+}
+
+void MoveBytes(SpuState& state, int bytes) {
+  const auto start = state.bytes.begin() + state.dcsqtOffset;
+  if (bytes > 0) {
+    state.bytes.insert(start, static_cast<std::size_t>(bytes), 0);
+  } else {
+    state.bytes.erase(start + bytes, start);
+  }
+  state.dcsqtOffset = Shifted(state.dcsqtOffset, bytes);
+  PutShort(state.bytes, kSpuSizeOffset, static_cast<std::uint16_t>(state.TotalSize()));
+  PutShort(state.bytes, kSpuDcsqtOffset, state.dcsqtOffset);
+}
+
+void MendSequences(SpuState& state, int bytes) {
+  for (ControlSequence& sequence : state.sequences) {
+    sequence.ownOffset = Shifted(sequence.ownOffset, bytes);
+    sequence.nextOffset = Shifted(sequence.nextOffset, bytes);
+    PutShort(state.bytes, sequence.ownOffset + kSequenceNextOffset, sequence.nextOffset);
+    for (SpuCommand& command : sequence.commands) command.offset = Shifted(command.offset, bytes);
+  }
+  for (ColconTable& table : state.colconTables) {
+    for (ColconBand& band : table.bands) {
+      band.offset = Shifted(band.offset, bytes);
+      for (ColconColumn& column : band.columns) column.offset = Shifted(column.offset, bytes);
+    }
+  }
+}
+
+}  // namespace
+
+Result ShiftControlSequences(SubpictureUnit& unit, int bytes) {
+  SpuState& state = unit.state;
+  if (!CanShift(state, bytes)) return Result::kFailed;
+  if (bytes == 0) return Result::kDone;
+  MoveBytes(state, bytes);
+  MendSequences(state, bytes);
+  state.spareRoom += bytes;
+  state.freeRoom -= bytes;
+  return Result::kDone;
+}
+
+}  // namespace quillomar
