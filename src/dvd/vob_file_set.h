@@ -18,7 +18,7 @@ inline constexpr int kMaxVobFiles = 10;
 
 struct VobFile {
   std::string path;
-  std::shared_ptr<File> file;
+  std::shared_ptr<File> file;  // null only after a failed ReopenAll
   std::uint32_t startLba = 0;  // LBA in set of the file's first sector
   std::uint32_t length = 0;    // whole sectors
 };
@@ -38,12 +38,13 @@ class VobFileSet {
   // Opens for writing with other writers denied, else read-only with one message per set. Fails
   // when the file cannot be opened at all or the set is full.
   Result AddFile(const std::string& path);
-  // All pieces 1 to 9 that exist beside a piece above 0, else the one file. Fails when nothing
+  // Adds all pieces 1 to 9 that exist beside a piece above 0, else the one file. Fails when nothing
   // opened.
   Result OpenFullDomain(const std::string& path);
   // Sorts by path and trims to one domain of one title set, with a message for each kind of cut.
   void Validate();
-  // Gives each file its place in the address space and finds out whether the title domain is whole.
+  // Gives each file its place in the address space and finds out whether the title domain is whole:
+  // pieces 1 to n without a gap, no piece n + 1 on disc, every file writable.
   void LayOut();
 
   [[nodiscard]] std::optional<SectorPlace> Locate(std::uint32_t lba) const;
@@ -53,8 +54,9 @@ class VobFileSet {
   // Writes whole sectors from an LBA in set on, across file ends.
   [[nodiscard]] Result WriteSectors(WriteTransaction& transaction, std::uint32_t lba,
                                     ByteSpan sectors);
-  // Closes and opens every file again, after something outside has changed them.
-  void ReopenAll();
+  // Closes and opens every file again, after something outside has changed them; read-only files
+  // count as when they are added. Fails when one no longer opens; its sectors cannot be read then.
+  Result ReopenAll();
 
   [[nodiscard]] const std::vector<VobFile>& Files() const { return entries_; }
   [[nodiscard]] bool Empty() const { return entries_.empty(); }
@@ -67,6 +69,16 @@ class VobFileSet {
 
  private:
   std::shared_ptr<File> OpenFile(const std::string& path);
+  [[nodiscard]] bool IsWholeTitleDomain() const;
+  // One stretch of sectors within a file.
+  struct Stretch {
+    const VobFile* vob;
+    std::uint64_t offset;  // bytes in the file
+    std::size_t begin;     // bytes in the caller's buffer
+    std::size_t size;      // bytes
+  };
+  // Cuts a run of sectors at the ends of the files; empty when part of it lies outside the set.
+  [[nodiscard]] std::vector<Stretch> Cut(std::uint32_t lba, std::uint32_t count) const;
 
   FileSystem& files_;
   Reporter& reporter_;
