@@ -10,6 +10,7 @@
 // Nav pack (private stream 2): PCI packet at byte 38, DSI packet at byte 1024.
 namespace quillomar {
 
+inline constexpr std::size_t kPciPacketOffset = 38;            // u32 start code
 inline constexpr std::size_t kNavLbaOffset = 45;               // u32, PCI: own LBA
 inline constexpr std::size_t kNavStartTimeOffset = 57;         // u32, 90 kHz
 inline constexpr std::size_t kNavEndTimeOffset = 61;           // u32, 90 kHz
@@ -17,15 +18,27 @@ inline constexpr std::size_t kNavHighlightStatusOffset = 141;  // u16, 1 = new h
 inline constexpr std::size_t kNavButtonCountOffset = 158;      // u8
 inline constexpr std::size_t kNavButtonColoursOffset = 163;    // 3 entries of 8 bytes
 inline constexpr std::size_t kNavButtonsOffset = 187;          // up to 36 entries of 18 bytes
+inline constexpr std::size_t kDsiPacketOffset = 1024;          // u32 start code
 inline constexpr std::size_t kNavVobIdOffset = 1055;           // u16
 inline constexpr std::size_t kNavCellIdOffset = 1058;          // u8
 inline constexpr std::size_t kNavCategoryOffset = 1063;        // u16, non-zero = interleaved
-inline constexpr std::size_t kNavSearchInfoOffset =
-    1265;  // VOBU search information and what follows
+inline constexpr std::size_t kNavSearchInfoOffset = 1265;      // VOBU search, synchronisation
 inline constexpr std::size_t kNavSearchInfoSize = 271;
+inline constexpr std::uint16_t kNewHighlight = 1;
 
 inline constexpr int kMaxButtons = 36;
 inline constexpr int kButtonColourEntries = 3;
+inline constexpr std::size_t kButtonColoursSize = 8;
+
+// A button's 18 bytes: colour number (2 bits), start and end column (2 + 10 bits each, the upper 2
+// of the second unused); auto-action (2 bits), start and end line alike; then the neighbours.
+inline constexpr std::size_t kButtonSize = 18;
+inline constexpr std::size_t kButtonColumnsOffset = 0;  // 3 bytes
+inline constexpr std::size_t kButtonLinesOffset = 3;    // 3 bytes
+inline constexpr std::size_t kButtonUpOffset = 6;       // 1 byte each, low 6 bits
+inline constexpr std::size_t kButtonDownOffset = 7;
+inline constexpr std::size_t kButtonLeftOffset = 8;
+inline constexpr std::size_t kButtonRightOffset = 9;
 
 // One colour scheme of a highlight as 16 nibbles: selection colours, selection contrasts, action
 // colours, action contrasts, each in the order emphasis 2, emphasis 1, pattern, background.
@@ -36,7 +49,7 @@ struct Button {
   std::uint8_t colourNumber = 0;  // 0: no highlight colours; 1 to 3 select an entry
   bool autoAction = false;
   std::uint16_t x = 0, y = 0;
-  std::uint16_t width = 0, height = 0;                 // end - start
+  std::uint16_t width = 0, height = 0;                 // end - start; 0 when the end comes first
   std::uint8_t up = 0, down = 0, left = 0, right = 0;  // neighbours, from 1
   friend bool operator==(const Button&, const Button&) = default;
 };

@@ -10,10 +10,11 @@ namespace quillomar {
 
 inline constexpr std::size_t kPackHeaderSize = 14;
 inline constexpr std::size_t kClockReferenceOffset = 4;  // 6 bytes with marker bits
-inline constexpr std::size_t kPesStartOffset = 14;       // u32 start code
-inline constexpr std::size_t kPesLengthOffset = 18;      // u16, bytes after this field
-inline constexpr std::size_t kPesFlagsOffset = 20;       // bits 4-5: scrambling
-inline constexpr std::size_t kPesFlags2Offset = 21;      // bit 7: a PTS is present
+inline constexpr std::size_t kClockReferenceSize = 6;
+inline constexpr std::size_t kPesStartOffset = 14;   // u32 start code
+inline constexpr std::size_t kPesLengthOffset = 18;  // u16, bytes after this field
+inline constexpr std::size_t kPesFlagsOffset = 20;   // bits 4-5: scrambling
+inline constexpr std::size_t kPesFlags2Offset = 21;  // bit 7: a PTS is present
 inline constexpr std::size_t kPesHeaderLengthOffset = 22;
 inline constexpr std::size_t kPesHeaderDataOffset = 23;  // PTS first, when present
 
@@ -24,6 +25,8 @@ inline constexpr std::uint32_t kVideoStream = 0x000001E0;
 
 inline constexpr int kSubpictureStreams = 32;
 inline constexpr std::uint8_t kFirstSubpictureId = 0x20;
+inline constexpr std::uint8_t kFirstAc3Id = 0x80;  // 8 streams, as have the other two
+inline constexpr std::uint8_t kFirstLpcmId = 0xA0;
 
 enum class PackKind {
   kOther = 0,
