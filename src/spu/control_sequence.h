@@ -21,17 +21,37 @@ enum SpuCommandCode : std::uint8_t {
   kForcedStart = 0x00,
   kStart = 0x01,
   kStop = 0x02,
-  kSetColour = 0x03,        // 2 bytes: four CLUT indices, as nibbles
-  kSetContrast = 0x04,      // 2 bytes: four alphas, as nibbles
+  kSetColour = 0x03,        // 2 bytes: four CLUT indices, packed as below
+  kSetContrast = 0x04,      // 2 bytes: four alphas, packed as below
   kSetDisplayArea = 0x05,   // 6 bytes: four 12-bit values sx, ex, sy, ey
   kSetFieldOffsets = 0x06,  // 4 bytes: u16 top field, u16 bottom field
   kChangeColcon = 0x07,     // variable
   kEndOfCommands = 0xFF,
 };
 
+// Argument bytes after the code byte.
+inline constexpr std::size_t kPixelTypeValuesSize = 2;
+inline constexpr std::size_t kDisplayAreaSize = 6;
+inline constexpr std::size_t kFieldOffsetsSize = 4;
+
 inline constexpr int kPixelTypes = 4;
 // Four values in the order of the pixel types: background, pattern, emphasis 1, emphasis 2.
 using PixelTypeValues = std::array<std::uint16_t, kPixelTypes>;
+
+// Colours and alphas stand as four nibbles of one word, emphasis 2 in the highest.
+[[nodiscard]] constexpr PixelTypeValues UnpackPixelTypeValues(std::uint16_t word) {
+  PixelTypeValues values{};
+  for (auto& value : values) {
+    value = word & 0xFU;
+    word = static_cast<std::uint16_t>(word >> 4U);
+  }
+  return values;
+}
+// Keeps the low nibble of each value.
+[[nodiscard]] constexpr std::uint16_t PackPixelTypeValues(const PixelTypeValues& values) {
+  return static_cast<std::uint16_t>((values[3] & 0xFU) << 12U | (values[2] & 0xFU) << 8U |
+                                    (values[1] & 0xFU) << 4U | (values[0] & 0xFU));
+}
 
 struct SpuCommand {
   std::uint32_t code = 0;
@@ -50,8 +70,25 @@ struct ControlSequence {
   friend bool operator==(const ControlSequence&, const ControlSequence&) = default;
 };
 
-inline constexpr int kMaxColconBands = 64;
-inline constexpr int kMaxColconColumns = 8;
+// CHG_COLCON: colours and alphas that change by bands of lines and, inside a band, by columns.
+//
+//   0  u16  size of this area
+//   2  ...  bands, ended by the four bytes 0x0FFFFFFF
+//
+// A band: u16 top line; u16 number of columns (high nibble) and bottom line (12 bits); its columns.
+// A column: u16 start column, u16 colours, u16 alphas.
+inline constexpr std::size_t kColconHeaderSize = 2;
+inline constexpr std::uint32_t kColconEnd = 0x0FFFFFFF;
+inline constexpr std::size_t kColconEndSize = 4;
+inline constexpr std::size_t kBandTopOffset = 0;
+inline constexpr std::size_t kBandBottomOffset = 2;
+inline constexpr std::size_t kBandHeaderSize = 4;
+inline constexpr std::size_t kColumnStartOffset = 0;
+inline constexpr std::size_t kColumnColoursOffset = 2;
+inline constexpr std::size_t kColumnAlphasOffset = 4;
+inline constexpr std::size_t kColumnSize = 6;
+inline constexpr std::size_t kMaxColconBands = 64;
+inline constexpr std::size_t kMaxColconColumns = 8;
 
 struct ColconColumn {
   std::uint16_t startColumn = 0;

@@ -9,9 +9,10 @@ namespace quillomar {
 
 // Parses the chain of control sequences from the unit's bytes into its state: sequences,
 // change-colour tables, display area, field offsets, sizes. `index` 0 starts anew at the header's
-// offset (the argument is ignored); the chain's later members are read at `offset`. Fails on an
-// offset outside the unit and on an unknown command, each with its message; what was parsed before
-// stays.
+// offset (the argument is ignored); with another index the chain goes on at `offset`. A last
+// command that is cut off by the unit's end is left out. Fails on an offset outside the unit, on a
+// chain that turns back or overlaps itself and on an unknown command, each with its message; what
+// was parsed before stays.
 Result ParseControlSequences(SubpictureUnit& unit, int index, std::uint16_t offset,
                              const SpuContext& context);
 
@@ -22,8 +23,9 @@ Result ParseControlSequences(SubpictureUnit& unit, int index, std::uint16_t offs
 // Display duration in ms as formatters take it: -1 for a unit with one sequence (no end).
 [[nodiscard]] int DurationMs(const SubpictureUnit& unit, VideoStandard standard);
 
-// One line of the text dump of the parsed commands, ending in a line break. Start with sequence 0,
-// command -1; returns kFailed when the dump is finished (no text then).
+// One line of the text dump of the parsed commands, ending in a line break (a CHG_COLCON gives all
+// its lines at once). Start with sequence 0, command -1; returns kFailed when the dump is finished
+// (no text then).
 Result DumpCommands(const SubpictureUnit& unit, VideoStandard standard, std::string& text,
                     int& sequence, int& command);
 

@@ -13,28 +13,32 @@
 // Every row begins on a byte boundary; the even rows stand in one field, the odd rows in the other.
 namespace quillomar {
 
-// Decodes both fields into unit.pixels; on the first decode also gathers the statistics, the line
-// starts and the spare room and marks the unit decoded. A run that passes the row's end is cut
-// there. Fails on a unit that is not complete or has no area.
+// Decodes both fields into unit.pixels, in the place where they were found; on the first decode
+// also gathers the statistics, the line starts and the spare room and marks the unit decoded. A run
+// that passes the row's end is cut there; bytes past the unit's end read as zeros; rows below the
+// frame only count for the spare room. Fails on a unit that is not complete or whose area holds no
+// pixel of the frame.
 Result DecodeBitmap(SubpictureUnit& unit, const SpuContext& context);
 // Decodes only when the pixels are not held.
 Result NeedBitmap(SubpictureUnit& unit, const SpuContext& context);
 
-// Codes the given box of the unit's pixels into two fields that follow the unit's 4-byte header.
+// Two fields that follow the unit's 4-byte header.
 struct EncodedBitmap {
-  Bytes codes;                  // top field, then bottom field; stands at byte 4 of the unit
-  std::uint16_t topOffset = 0;  // from the unit's start
-  std::uint16_t bottomOffset = 0;
+  Bytes codes;           // top field, then bottom field; stands at byte 4 of the unit
+  int bottomOffset = 0;  // from the unit's start
 };
+// Codes the given box of the unit's pixels, which must lie inside the bitmap; its top is an even
+// row, so that each field keeps its lines.
 [[nodiscard]] EncodedBitmap EncodeBitmap(const SubpictureUnit& unit, const ContentBox& crop);
 
-// Whole re-encode after a crop or a new bitmap: crops to the content box plus margins (pixels,
-// lines), writes codes, display area and field offsets. Fails, with the unit as it was, when the
-// codes do not fit before the control sequences.
 struct CropMargins {
   int x = 1;  // pixels
   int y = 1;  // lines
 };
+// Whole re-encode after a crop or a change of unit.pixels (rows of state.width bytes that stand at
+// state.areaAsFound): crops to the content box plus margins, writes codes, display area and field
+// offsets, and decodes anew. Fails, with the unit's state as it was and its bitmap decoded again,
+// when the codes do not fit into the unit's rooms.
 Result ReencodeBitmap(SubpictureUnit& unit, CropMargins margins, const SpuContext& context);
 
 }  // namespace quillomar

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -30,6 +31,13 @@ enum PixelType : std::uint8_t { kBackground = 0, kPattern = 1, kEmphasis1 = 2, k
 // Pixels and lines of the frame, both ends included.
 struct DisplayArea {
   std::uint16_t sx = 0, ex = 0, sy = 0, ey = 0;
+  // Pixels in a row and rows of the bitmap; 0 for an area that ends before it starts.
+  [[nodiscard]] int Columns() const { return ex < sx ? 0 : ex - sx + 1; }
+  [[nodiscard]] int Lines() const { return ey < sy ? 0 : ey - sy + 1; }
+  // Rows above the end of a frame of that many lines.
+  [[nodiscard]] int LinesInFrame(int frameHeight) const {
+    return std::clamp(frameHeight - sy, 0, Lines());
+  }
   friend bool operator==(const DisplayArea&, const DisplayArea&) = default;
 };
 
@@ -37,6 +45,10 @@ struct DisplayArea {
 struct ContentBox {
   std::int16_t left = kUnsetLeft, top = -1, right = -1, bottom = -1;
   static constexpr std::int16_t kUnsetLeft = 720;
+  // Widens the box to hold columns `first` to `last` of a row.
+  void Add(int row, int first, int last);
+  // What stands for the content where there is none: a corner of the bitmap.
+  [[nodiscard]] static ContentBox OfEmptyBitmap(int width, int rows);
   friend bool operator==(const ContentBox&, const ContentBox&) = default;
 };
 
@@ -44,12 +56,16 @@ inline constexpr std::size_t kLineTableSize = 600;
 
 // What the first decode found out about the bitmap.
 struct BitmapStatistics {
-  int backgroundType = -1;                               // pixel type, -1 until decoded
-  std::array<std::uint16_t, kPixelTypes> pixelCounts{};  // modulo 2^16, as the field is
-  ContentBox box;                                        // of the pixels that are not background
-  bool empty = false;                                    // no such pixel
-  // Byte offset from the unit's start at which each row's codes begin.
+  // Type of the first pixel or, where that is opaque, the only transparent one; -1 until decoded.
+  int backgroundType = -1;
+  std::array<std::uint32_t, kPixelTypes> pixelCounts{};
+  ContentBox box;  // of the pixels that are not background; stands in for a small corner if none
+  bool empty = false;  // no such pixel
+  // Byte offset from the unit's start at which each row's codes begin; the two entries after the
+  // last row hold the ends of the fields.
   std::array<std::uint16_t, kLineTableSize> lineStarts{};
+  // First byte after all rows of the top and of the bottom field, those below the frame included.
+  std::array<int, 2> fieldEnds{};
   friend bool operator==(const BitmapStatistics&, const BitmapStatistics&) = default;
 };
 
@@ -62,9 +78,9 @@ struct SpuState {
   DisplayArea areaAsFound;         // kept by re-parses once decoded
   std::uint16_t topOffset = 0;     // run-length data of the even rows
   std::uint16_t bottomOffset = 0;  // and of the odd rows
-  int width = 0;                   // pixels
+  int width = 0;                   // pixels; 0 when the area ends before it starts
   int alignedWidth = 0;            // rounded up to a multiple of 4
-  int height = 0;                  // lines, cut at the frame's end
+  int height = 0;                  // lines, cut at the frame's end; likewise
   std::vector<ControlSequence> sequences;
   std::vector<ColconTable> colconTables;
   int freeRoom = 0;   // bytes by which the unit may grow inside its packs
@@ -110,8 +126,8 @@ struct SubpictureUnit {
   bool complete = false;          // all bytes gathered
   bool scrambled = false;         // some pack is scrambled; never written
 
-  // The bitmap: one byte for each pixel, rows of state.width bytes, row 0 on top. Empty until
-  // decoded and after ReleasePixels.
+  // The bitmap: one byte for each pixel, rows of state.width bytes, row 0 on top; always the rows
+  // of the area as found. Empty until decoded and after ReleasePixels.
   std::vector<std::uint8_t> pixels;
 
   // The sequence shown and edited, and what it shows: its own colours and alphas, else those of
