@@ -4,12 +4,6 @@
 #include "base/platform.h"
 
 namespace quillomar {
-namespace {
-
-constexpr int kShownReports = 4;
-
-}  // namespace
-
 int Reporter::ReportError(const std::string& text, int quiet) {
   if (quiet != 0) return quiet;
   return hooks_.showError ? hooks_.showError(text) : 0;
@@ -55,6 +49,24 @@ void Reporter::OpenLog(const std::string& path) {
 void Reporter::CloseLog() {
   const std::lock_guard lock(mutex_);
   log_.reset();
+}
+
+void ReportLimit::Reset() {
+  count_ = 0;
+  const std::lock_guard lock(mutex_);
+  shown_.clear();
+}
+
+void ReportLimit::ReportOnce(const std::string& text) {
+  const bool isNew = [&] {
+    const std::lock_guard lock(mutex_);
+    return shown_.insert(text).second;
+  }();
+  if (isNew) {
+    reporter_.ReportError(text);
+  } else {
+    reporter_.LogLine(text);
+  }
 }
 
 void ReportLimit::Report(const std::string& text) {

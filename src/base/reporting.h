@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -58,13 +59,22 @@ class Reporter {
 class ReportLimit {
  public:
   explicit ReportLimit(Reporter& reporter) : reporter_(reporter) {}
-  void Reset() { count_ = 0; }
+  void Reset();
   void Report(const std::string& text);
+  // Shows a text that is worth saying once; from the second time on it is only logged. Does not
+  // count with the others.
+  void ReportOnce(const std::string& text);
+  // From now on everything is only logged.
+  void Silence() { count_ = kShownReports; }
   [[nodiscard]] int Count() const { return count_; }
 
  private:
+  static constexpr int kShownReports = 4;
+
   Reporter& reporter_;
   std::atomic<int> count_ = 0;
+  std::mutex mutex_;
+  std::set<std::string> shown_;
 };
 
 }  // namespace quillomar

@@ -1,5 +1,9 @@
 #include "spu/rooms.h"
 
+#include <algorithm>
+#include <array>
+#include <optional>
+
 #include "dvd/big_endian.h"
 
 namespace quillomar {
@@ -22,7 +26,17 @@ bool SequencesOverlap(const SpuState& state) {
   return false;
 }
 
+std::optional<std::array<std::uint16_t, 2>> FieldOffsets(const ControlSequence& sequence) {
+  for (const SpuCommand& command : sequence.commands) {
+    if (command.code == kSetFieldOffsets) {
+      return std::array{command.arguments[0], command.arguments[1]};
+    }
+  }
+  return std::nullopt;
+}
+
 bool CanShift(const SpuState& state, int bytes) {
+  if (bytes < 0 && HasOtherBitmap(state)) return false;
   const bool headerHolds = state.dcsqtOffset >= kSpuHeaderSize &&
                            state.dcsqtOffset <= state.bytes.size() &&
                            state.spareRoom <= state.dcsqtOffset - static_cast<int>(kSpuHeaderSize);
@@ -58,6 +72,13 @@ void MendSequences(SpuState& state, int bytes) {
 }
 
 }  // namespace
+
+bool HasOtherBitmap(const SpuState& state) {
+  return std::any_of(state.sequences.begin(), state.sequences.end(), [&](const auto& sequence) {
+    const auto offsets = FieldOffsets(sequence);
+    return offsets && *offsets != std::array{state.topOffset, state.bottomOffset};
+  });
+}
 
 Result ShiftControlSequences(SubpictureUnit& unit, int bytes) {
   SpuState& state = unit.state;

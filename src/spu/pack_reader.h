@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "dvd/vob_file_set.h"
+#include "spu/subpicture_unit.h"
+
+namespace quillomar {
+
+// Reads all packs of the unit, in order. Returns the index of the first that cannot be read.
+[[nodiscard]] std::optional<std::size_t> ReadPacks(const SubpictureUnit& unit, VobFileSet& set,
+                                                   std::vector<Sector>& packs);
+
+}  // namespace quillomar
