@@ -44,6 +44,7 @@ class SettingsStoreTest : public ::testing::Test {
   }
 
   test::MemoryFileSystem files_;
+  std::int32_t first_ = 0, second_ = 0;
 };
 
 TEST_F(SettingsStoreTest, FindsItsFile) {
@@ -127,24 +128,24 @@ TEST_F(SettingsStoreTest, PlacesWindows) {
 
 TEST_F(SettingsStoreTest, WritesInOrderOfBinding) {
   SettingsStore store = OpenStore();
-  std::string text;
-  std::int32_t number = 0;
-  float range = 0;
+  struct Bound {
+    std::string text;
+    std::int32_t number = 0;
+    float range = 0;
+  } bound;
   FakeWindow window;
-  store.BindText(text, "Text", "");
-  store.BindFloat(range, "Range", 10.0F);
+  store.BindText(bound.text, "Text", "");
+  store.BindFloat(bound.range, "Range", 10.0F);
   store.BindWindowRect(window, "Window", false);
-  store.BindInt(number, "Colour", 0);
-  text = "/a folder/\xC3\xA4";
-  number = 0x323232;
-  range = 0.1F;
+  store.BindInt(bound.number, "Colour", 0);
+  bound = {"/a folder/\xC3\xA4", 0x323232, 0.1F};
   window.current = WindowRect{1, 0, 640, 480};
   EXPECT_FALSE(files_.Exists(kPath));
   store.SaveAll();
   EXPECT_EQ(FileKeys(),
             "Text=/a folder/\xC3\xA4\nRange=0.100000001490\nWindow=1 0 640 480\nColour=3289650\n");
-  number = -1;
-  text = "unsaved";
+  bound.number = -1;
+  bound.text = "unsaved";
   store.SaveOne(3);
   store.SaveOne(4);
   EXPECT_NE(FileKeys().find("Colour=-1\n"), std::string::npos);
@@ -168,9 +169,8 @@ TEST_F(SettingsStoreTest, MinimisedWindowsKeepTheirStoredPlace) {
 TEST_F(SettingsStoreTest, KeepsWhatOthersWroteMeanwhile) {
   PutFile("mine=1\n");
   SettingsStore store = OpenStore();
-  std::int32_t mine = 0;
-  store.BindInt(mine, "mine", 0);
-  mine = 2;
+  store.BindInt(first_, "mine", 0);
+  first_ = 2;
   PutFile("; by hand\nmine=1\nNoSize=1\n");
   store.SaveAll();
   EXPECT_EQ(FileKeys(), "; by hand\nmine=2\nNoSize=1\n");
@@ -179,17 +179,16 @@ TEST_F(SettingsStoreTest, KeepsWhatOthersWroteMeanwhile) {
 TEST_F(SettingsStoreTest, OverridesAreReadAndNeverWritten) {
   PutFile("a=1\nb=2\n");
   SettingsStore store = OpenStore();
-  std::int32_t a = 0, b = 0;
   store.Override("A", "3");
   store.Override("a", "7");
   store.Override("tool", "x");
   store.Override("Mispelt", "8");
-  store.BindInt(a, "a", 0);
-  store.BindInt(b, "b", 0);
-  EXPECT_EQ(a, 7);
+  store.BindInt(first_, "a", 0);
+  store.BindInt(second_, "b", 0);
+  EXPECT_EQ(first_, 7);
   EXPECT_EQ(store.ReadText("tool", ""), "x");
   EXPECT_EQ(store.UnreadOverrides(), std::vector<std::string>{"Mispelt"});
-  b = 5;
+  second_ = 5;
   store.SaveAll();
   store.WriteText("tool", "x");
   EXPECT_EQ(FileKeys(), "a=1\nb=5\n");
@@ -198,9 +197,8 @@ TEST_F(SettingsStoreTest, OverridesAreReadAndNeverWritten) {
 TEST_F(SettingsStoreTest, WhatCannotBeWrittenIsSilent) {
   PutFile("a=1\n");
   SettingsStore store = OpenStore();
-  std::int32_t a = 0;
-  store.BindInt(a, "a", 0);
-  a = 2;
+  store.BindInt(first_, "a", 0);
+  first_ = 2;
   files_.FailWritesFrom(0);
   store.SaveAll();
   EXPECT_EQ(FileKeys(), "a=1\n");
