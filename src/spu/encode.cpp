@@ -4,6 +4,7 @@
 #include "spu/colour_edit.h"
 #include "spu/command_bytes.h"
 #include "spu/parse.h"
+#include "spu/rooms.h"
 #include "spu/run_length.h"
 
 namespace quillomar {
@@ -116,8 +117,8 @@ DisplayArea CropArea(const DisplayArea& area, const ContentBox& crop) {
 // there is no room for them or no command that names them.
 Result Replace(SubpictureUnit& unit, const EncodedBitmap& encoded, const DisplayArea& area) {
   SpuState& state = unit.state;
-  const std::size_t end = kSpuHeaderSize + encoded.codes.size();
-  if (end > state.dcsqtOffset) return Result::kFailed;
+  const int missing = encoded.End() - state.dcsqtOffset;
+  if (missing > 0 && Failed(ShiftControlSequences(unit, missing))) return Result::kFailed;
   const auto areaAt = FindCommand(unit, kSetDisplayArea, 0);
   const auto offsetsAt = FindCommand(unit, kSetFieldOffsets, 0);
   if (!areaAt || !offsetsAt) return Result::kFailed;

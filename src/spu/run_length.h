@@ -26,6 +26,8 @@ Result NeedBitmap(SubpictureUnit& unit, const SpuContext& context);
 struct EncodedBitmap {
   Bytes codes;           // top field, then bottom field; stands at byte 4 of the unit
   int bottomOffset = 0;  // from the unit's start
+  // First byte after the codes, from the unit's start.
+  [[nodiscard]] int End() const { return static_cast<int>(kSpuHeaderSize + codes.size()); }
 };
 // Codes the given box of the unit's pixels, which must lie inside the bitmap; its top is an even
 // row, so that each field keeps its lines.
@@ -37,8 +39,9 @@ struct CropMargins {
 };
 // Whole re-encode after a crop or a change of unit.pixels (rows of state.width bytes that stand at
 // state.areaAsFound): crops to the content box plus margins, writes codes, display area and field
-// offsets, and decodes anew. Fails, with the unit's state as it was and its bitmap decoded again,
-// when the codes do not fit into the unit's rooms.
+// offsets, and decodes anew. The codes may take the spare room and then the free room, for which
+// the control sequences move up. Fails, with the unit's state as it was and its bitmap decoded
+// again, when they do not fit.
 Result ReencodeBitmap(SubpictureUnit& unit, CropMargins margins, const SpuContext& context);
 
 }  // namespace quillomar

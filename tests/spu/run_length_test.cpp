@@ -1,0 +1,244 @@
+#include "spu/run_length.h"
+
+#include <gtest/gtest.h>
+
+#include "spu/colour_edit.h"
+#include "spu/parse.h"
+#include "support/message_collector.h"
+#include "support/spu_builder.h"
+
+namespace quillomar {
+namespace {
+
+using namespace test;
+using Rows = std::vector<std::string>;
+
+class RunLengthTest : public testing::Test {
+ protected:
+  SubpictureUnit Parsed(const Bytes& bytes) {
+    SubpictureUnit unit = MakeUnit(bytes);
+    EXPECT_EQ(ParseControlSequences(unit, 0, 0, context_), Result::kDone);
+    return unit;
+  }
+  SubpictureUnit Decoded(const SpuDescription& description) {
+    SubpictureUnit unit = Parsed(BuildSpu(description));
+    EXPECT_EQ(DecodeBitmap(unit, context_), Result::kDone);
+    return unit;
+  }
+  // Decodes `field` as the top field of a one-row bitmap.
+  std::string DecodeRow(const Bytes& field, int width) {
+    SubpictureUnit unit =
+        Parsed(BuildSpu(Subtitle({std::string(static_cast<std::size_t>(width), '3')}, 0, 0, 9)));
+    unit.state.topOffset = static_cast<std::uint16_t>(unit.state.bytes.size());
+    unit.state.bytes.insert(unit.state.bytes.end(), field.begin(), field.end());
+    EXPECT_EQ(DecodeBitmap(unit, context_), Result::kDone);
+    return PixelRows(unit).at(0);
+  }
+  Bytes EncodeRow(const std::string& row) {
+    const SubpictureUnit unit = Decoded(Subtitle({row}, 0, 0, 9));
+    const auto right = static_cast<std::int16_t>(row.size() - 1);
+    return EncodeBitmap(unit, {0, 0, right, 0}).codes;
+  }
+
+  MessageCollector messages_;
+  ReportLimit limit_{messages_.reporter};
+  SpuContext context_{messages_.reporter, limit_, VideoStandard::kPal};
+};
+
+std::string Same(std::size_t length, char type) {
+  return std::string(length, type);
+}
+
+TEST_F(RunLengthTest, WidthOfACodeFollowsTheRunsLength) {
+  const std::vector<std::pair<std::size_t, Bytes>> codes = {
+      {1, {0x65}},                      // 01 10, then 01 01 for the last pixel
+      {3, {0xE5}},                      // 11 10
+      {4, {0x12, 0x50}},                // 00 0100 10
+      {15, {0x3E, 0x50}},               // 00 1111 10
+      {16, {0x04, 0x25}},               // 0000 010000 10
+      {63, {0x0F, 0xE5}},               // 0000 111111 10
+      {64, {0x01, 0x02, 0x50}},         // 000000 01000000 10
+      {255, {0x03, 0xFE, 0x50}},        // 000000 11111111 10
+      {256, {0x03, 0xFE, 0x65}},        // 255 and 1
+      {300, {0x03, 0xFE, 0x0B, 0x65}},  // 255 and 45
+  };
+  for (const auto& [length, expected] : codes) {
+    const std::string row = Same(length, '2') + "1";
+    EXPECT_EQ(EncodeRow(row), expected) << length;
+    EXPECT_EQ(DecodeRow(expected, static_cast<int>(row.size())), row) << length;
+  }
+}
+
+TEST_F(RunLengthTest, RunsThatEndTheRowAreWrittenToItsEndFromSixtyFourOn) {
+  EXPECT_EQ(EncodeRow(Same(720, '0')), (Bytes{0x00, 0x00}));
+  EXPECT_EQ(EncodeRow(Same(63, '3')), (Bytes{0x0F, 0xF0}));
+  EXPECT_EQ(EncodeRow(Same(64, '3')), (Bytes{0x00, 0x03}));
+  EXPECT_EQ(EncodeRow("1" + Same(64, '3')), (Bytes{0x50, 0x00, 0x30}));
+}
+
+TEST_F(RunLengthTest, RunsAreCutAtTheRowsEndAndNeverLoop) {
+  EXPECT_EQ(DecodeRow({0x03, 0xFE}, 5), "22222");      // 255 pixels in a row of five
+  EXPECT_EQ(DecodeRow({0x50, 0x00, 0x20}, 3), "122");  // to the end of the row
+  EXPECT_EQ(DecodeRow({0x00, 0x06}, 4), "2000");       // a run of 1 in the widest code
+  EXPECT_EQ(DecodeRow({}, 4), "0000");                 // zeros past the unit's end
+}
+
+TEST_F(RunLengthTest, DecodesWhatItEncodesAndWhatAnotherCoderWrites) {
+  unsigned seed = 1;
+  for (const int width : {1, 2, 15, 16, 17, 33, 64, 255, 719, 720}) {
+    for (const int height : {1, 2, 3, 10, 31}) {
+      const Rows rows = RandomRows(seed, width, height, seed % 3 == 0 ? 300 : 9);
+      SubpictureUnit unit = Decoded(Subtitle(rows, 0, 100, 9));
+      ASSERT_EQ(PixelRows(unit), rows) << seed;
+      const ContentBox whole{0, 0, static_cast<std::int16_t>(width - 1),
+                             static_cast<std::int16_t>(height - 1)};
+      const EncodedBitmap encoded = EncodeBitmap(unit, whole);
+      Bytes other = BuildField(rows, 0);
+      EXPECT_EQ(encoded.bottomOffset, static_cast<int>(4 + other.size()));
+      const Bytes bottom = BuildField(rows, 1);
+      other.insert(other.end(), bottom.begin(), bottom.end());
+      ASSERT_EQ(encoded.codes, other) << seed;
+      ++seed;
+    }
+  }
+}
+
+TEST_F(RunLengthTest, GathersStatistics) {
+  SpuDescription description = Subtitle({"000000", "001000", "000230", "000000"}, 0, 0, 9);
+  description.spareBytes = 3;
+  SubpictureUnit unit = Decoded(description);
+  const BitmapStatistics& statistics = unit.state.statistics;
+  EXPECT_EQ(statistics.backgroundType, 0);
+  EXPECT_EQ(statistics.pixelCounts, (std::array<std::uint32_t, 4>{21, 1, 1, 1}));
+  EXPECT_EQ(statistics.box, (ContentBox{2, 1, 4, 2}));
+  EXPECT_FALSE(statistics.empty);
+  EXPECT_EQ(unit.state.spareRoom, 3);
+  // Rows of 1, 2, 2 and 1 bytes; the last two entries are after the fields' ends.
+  const auto& starts = statistics.lineStarts;
+  EXPECT_EQ(std::vector(starts.begin(), starts.begin() + 6),
+            (std::vector<std::uint16_t>{4, 7, 5, 9, 7, 10}));
+  EXPECT_EQ(statistics.fieldEnds, (std::array<int, 2>{7, 10}));
+
+  // A later decode only counts the pixels again.
+  unit.state.statistics.box = {};
+  unit.state.statistics.pixelCounts = {};
+  unit.ReleasePixels();
+  ASSERT_EQ(NeedBitmap(unit, context_), Result::kDone);
+  EXPECT_EQ(PixelRows(unit), description.rows);
+  EXPECT_EQ(unit.state.statistics.box, ContentBox{});
+  EXPECT_EQ(unit.state.statistics.pixelCounts[0], 21U);
+}
+
+TEST_F(RunLengthTest, EmptyBitmapsGetASmallBox) {
+  SpuDescription description = Subtitle(Rows(20, std::string(30, '2')), 0, 0, 9);
+  description.sequences[0].commands.pop_back();
+  SubpictureUnit unit = Decoded(description);
+  EXPECT_TRUE(unit.state.statistics.empty);
+  EXPECT_EQ(unit.state.statistics.backgroundType, 2);
+  EXPECT_EQ(unit.state.statistics.box, (ContentBox{0, 0, 10, 10}));
+  unit = Decoded(Subtitle(Rows(4, std::string(3, '0')), 0, 0, 9));
+  EXPECT_EQ(unit.state.statistics.box, (ContentBox{0, 0, 2, 3}));
+}
+
+TEST_F(RunLengthTest, AnOpaqueFirstPixelYieldsToTheOnlyTransparentType) {
+  const auto background = [this](const PixelTypeValues& alphas) {
+    SpuDescription description = Subtitle({"1100", "1230"}, 0, 0, 9);
+    description.sequences[0].commands = {ContrastCommand(alphas)};
+    return Decoded(description).state.statistics.backgroundType;
+  };
+  EXPECT_EQ(background({0, 15, 15, 15}), 0);
+  EXPECT_EQ(background({0, 14, 15, 15}), 1);
+  EXPECT_EQ(background({0, 15, 15, 0}), 1);
+  EXPECT_EQ(background({15, 15, 15, 15}), 1);
+}
+
+TEST_F(RunLengthTest, RowsBelowTheFrameCountForTheSpareRoomOnly) {
+  SpuDescription description = Subtitle(RandomRows(5, 50, 13, 9), 0, 570, 9);
+  description.spareBytes = 8;
+  const SubpictureUnit unit = Decoded(description);
+  EXPECT_EQ(PixelRows(unit), Rows(description.rows.begin(), description.rows.begin() + 6));
+  EXPECT_EQ(unit.state.height, 6);
+  EXPECT_EQ(unit.state.spareRoom, 8);
+}
+
+TEST_F(RunLengthTest, FieldsMayLieAnywhere) {
+  const Rows rows = {"0123", "0123", "3210", "3210"};
+  SubpictureUnit unit = Parsed(BuildSpu(Subtitle(rows, 0, 0, 9)));
+  unit.state.bottomOffset = unit.state.topOffset;
+  ASSERT_EQ(DecodeBitmap(unit, context_), Result::kDone);
+  EXPECT_EQ(PixelRows(unit), rows);
+
+  for (const int offset : {0, 2, 30, 65535}) {
+    SubpictureUnit odd = Parsed(BuildSpu(Subtitle(rows, 0, 0, 9)));
+    odd.state.topOffset = static_cast<std::uint16_t>(offset);
+    odd.state.bottomOffset = 65535;
+    ASSERT_EQ(DecodeBitmap(odd, context_), Result::kDone);
+    EXPECT_EQ(odd.pixels.size(), 16U);
+    EXPECT_EQ(odd.state.spareRoom, 0);
+  }
+  SubpictureUnit incomplete = Parsed(BuildSpu(Subtitle(rows, 0, 0, 9)));
+  incomplete.complete = false;
+  EXPECT_EQ(DecodeBitmap(incomplete, context_), Result::kFailed);
+}
+
+TEST_F(RunLengthTest, ReencodingCropsToTheContentAndItsMargins) {
+  const std::string blank(9, '0');
+  const Rows rows = {blank,       blank, blank, blank, blank, "000012000",
+                     "000300000", blank, blank, blank, blank};
+  const auto reencoded = [&](CropMargins margins) {
+    SubpictureUnit unit = Decoded(Subtitle(rows, 100, 200, 9));
+    EXPECT_EQ(ReencodeBitmap(unit, margins, context_), Result::kDone);
+    // What a reader of the bytes alone finds.
+    SubpictureUnit again = Parsed(unit.state.bytes);
+    EXPECT_EQ(DecodeBitmap(again, context_), Result::kDone);
+    EXPECT_EQ(again.pixels, unit.pixels);
+    EXPECT_EQ(again.state.area, unit.state.area);
+    EXPECT_EQ(again.state.statistics, unit.state.statistics);
+    return unit;
+  };
+  // The odd top row 5 takes its even neighbour along, the bottom one row more.
+  SubpictureUnit unit = reencoded({0, 0});
+  EXPECT_EQ(unit.state.area, (DisplayArea{103, 105, 204, 207}));
+  EXPECT_EQ(PixelRows(unit), (Rows{"000", "012", "300", "000"}));
+  EXPECT_EQ(unit.state.areaAsFound, unit.state.area);
+  EXPECT_EQ(unit.state.spareRoom, 9);
+  EXPECT_TRUE(unit.state.modified);
+  unit = reencoded({2, 3});
+  EXPECT_EQ(unit.state.area, (DisplayArea{101, 107, 202, 210}));
+  unit = reencoded({50, 50});
+  EXPECT_EQ(unit.state.area, (DisplayArea{100, 108, 200, 210}));
+  EXPECT_EQ(PixelRows(unit), rows);
+  EXPECT_FALSE(unit.state.modified);
+}
+
+TEST_F(RunLengthTest, ReencodingTakesSpareThenFreeRoomAndRefusesWholly) {
+  SpuDescription description = Subtitle(Rows(8, std::string(40, '0')), 100, 200, 9);
+  description.spareBytes = 10;
+  const SubpictureUnit found = Decoded(description);
+  Bytes busy;
+  for (const std::string& row : RandomRows(3, 40, 8, 2)) {
+    for (const char digit : row) busy.push_back(static_cast<std::uint8_t>(digit - '0'));
+  }
+  SubpictureUnit unit = found;
+  unit.pixels = busy;
+  const ContentBox whole{0, 0, 39, 7};
+  const int missing = EncodeBitmap(unit, whole).End() - unit.state.dcsqtOffset;
+  ASSERT_GT(missing, 0);
+
+  unit.state.freeRoom = missing - 1;
+  const SpuState before = unit.state;
+  EXPECT_EQ(ReencodeBitmap(unit, {40, 8}, context_), Result::kFailed);
+  EXPECT_EQ(unit.state, before);
+  EXPECT_EQ(unit.pixels, found.pixels);
+
+  unit.pixels = busy;
+  unit.state.freeRoom = missing;
+  ASSERT_EQ(ReencodeBitmap(unit, {40, 8}, context_), Result::kDone);
+  EXPECT_EQ(unit.pixels, busy);
+  EXPECT_EQ(unit.state.freeRoom, 0);
+  EXPECT_EQ(unit.state.spareRoom, 0);
+  EXPECT_EQ(unit.state.TotalSize(), before.TotalSize() + missing);
+}
+
+}  // namespace
+}  // namespace quillomar
