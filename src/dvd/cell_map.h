@@ -31,10 +31,12 @@ struct CellMap {
   [[nodiscard]] std::optional<int> ClutOf(Vcid vcid) const;
 };
 
-// Walks the title domain (first VOB is a piece 1 to 9) or every menu language unit.
+// Walks the title domain (first VOB is a piece 1 to 9) or every menu language unit. What several
+// chains say of a cell's stream is taken from the first that has it. A damaged IFO yields at most
+// 16,384 chains and as many cells.
 [[nodiscard]] CellMap BuildCellMap(IfoFile& ifo, const std::string& firstVobPath);
 
-// "0x%x (%c%c)": stream id and language.
+// "0x%x (%c%c)": sub-stream id and language of a stream, 0 to 31.
 [[nodiscard]] std::string StreamLabel(int stream, const SubpictureStreamInfo& info);
 
 }  // namespace quillomar
