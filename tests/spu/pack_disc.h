@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <vector>
 
 #include "spu/gather.h"
@@ -89,17 +88,11 @@ inline Bytes UnitOfSize(std::size_t size, int spareBytes = 0) {
   SpuDescription description =
       Subtitle({"00000000", "01233210", "00111100", "02222220"}, 100, 400, 90);
   description.spareBytes = spareBytes;
-  const auto grow = [&](const Bytes& command, std::size_t limit) {
-    while (BuildSpu(description).size() + command.size() <= limit) {
-      const std::size_t left = size - BuildSpu(description).size();
-      const std::size_t count =
-          std::max<std::size_t>(1, (left - command.size()) / command.size() / 2);
-      auto& commands = description.sequences.back().commands;
-      commands.insert(commands.end(), count, command);
-    }
-  };
-  grow(ContrastCommand({0, 15, 15, 15}), size);
-  grow({kStop}, size);
+  const std::size_t left = size - BuildSpu(description).size();
+  const Bytes contrast = ContrastCommand({0, 15, 15, 15});
+  auto& commands = description.sequences.back().commands;
+  commands.insert(commands.end(), left / contrast.size(), contrast);
+  commands.insert(commands.end(), left % contrast.size(), Bytes{kStop});
   return BuildSpu(description);
 }
 

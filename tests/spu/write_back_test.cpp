@@ -1,0 +1,374 @@
+#include "spu/write_back.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "dvd/big_endian.h"
+#include "pack_disc.h"
+#include "spu/colour_edit.h"
+#include "spu/compact.h"
+#include "spu/parse.h"
+#include "spu/rooms.h"
+#include "spu/run_length.h"
+#include "spu/spu_pack.h"
+
+namespace quillomar {
+namespace {
+
+using namespace test;
+
+// Gives the unit other bytes, as an edit does.
+void Replace(SubpictureUnit& unit, const Bytes& bytes, PackDisc& disc) {
+  unit.state.bytes = bytes;
+  unit.state.decoded = false;
+  unit.state.modified = true;
+  ASSERT_EQ(ParseControlSequences(unit, 0, 0, disc.Context()), Result::kDone);
+}
+
+bool IsFilled(ByteSpan bytes, std::uint8_t value) {
+  return std::all_of(bytes.begin(), bytes.end(), [&](auto byte) { return byte == value; });
+}
+
+// The padding stream that must reach from `begin` to the pack's end.
+void ExpectPadding(const Sector& pack, std::size_t begin) {
+  EXPECT_EQ(GetInt(pack, begin), kPaddingStream);
+  EXPECT_EQ(GetShort(pack, begin + 4), kSectorSize - begin - 6);
+  EXPECT_TRUE(IsFilled(ByteSpan(pack).subspan(begin + 6), 0xFF));
+}
+
+void ExpectData(const Sector& pack, int header, ByteSpan data) {
+  EXPECT_EQ(GetInt(pack, kPesStartOffset), kPrivateStream1);
+  ASSERT_EQ(HeaderDataLength(pack), header);
+  EXPECT_EQ(pack[23U + static_cast<std::size_t>(header)], 0x20);
+  const ByteSpan carried = SpuBytes(pack);
+  ASSERT_GE(carried.size(), data.size());
+  EXPECT_TRUE(std::equal(data.begin(), data.end(), carried.begin()));
+}
+
+// The disc holds what the unit showed: pixels, sequences, time.
+void ExpectSameSubtitle(PackDisc& disc, SubpictureUnit& expected) {
+  SubpictureUnit found = disc.GatherOne();
+  ASSERT_EQ(DecodeBitmap(found, disc.Context()), Result::kDone);
+  ASSERT_EQ(DecodeBitmap(expected, disc.Context()), Result::kDone);
+  EXPECT_EQ(found.pixels, expected.pixels);
+  EXPECT_EQ(found.state.area, expected.state.area);
+  EXPECT_EQ(found.state.pts, expected.state.pts);
+  ASSERT_EQ(found.state.sequences.size(), expected.state.sequences.size());
+  for (std::size_t i = 0; i < found.state.sequences.size(); ++i) {
+    const ControlSequence& a = found.state.sequences[i];
+    const ControlSequence& b = expected.state.sequences[i];
+    EXPECT_EQ(a.delay, b.delay);
+    ASSERT_EQ(a.commands.size(), b.commands.size());
+    for (std::size_t k = 0; k < a.commands.size(); ++k) {
+      EXPECT_EQ(a.commands[k].code, b.commands[k].code);
+      if (a.commands[k].code == kSetFieldOffsets) continue;
+      EXPECT_EQ(a.commands[k].arguments, b.commands[k].arguments);
+    }
+  }
+}
+
+TEST(WriteBack, LeavesAnUneditedUnitAsItsAuthorWroteIt) {
+  SubpictureSpec spread{.packs = 3, .paddingPacket = false};
+  for (const auto& packs :
+       {MakeSubpicturePacks(UnitOfSize(1500, 40), spread),
+        MakeSubpicturePacks(UnitOfSize(2016), {}), MakeSubpicturePacks(UnitOfSize(3000, 7), {})}) {
+    PackDisc disc(packs);
+    SubpictureUnit unit = disc.GatherOne();
+    unit.state.modified = true;
+    const Bytes before = disc.Image();
+    EXPECT_EQ(disc.Write(unit), Result::kDone);
+    EXPECT_EQ(disc.messages.files.Content(PackDisc::kPath), before);
+    EXPECT_EQ(disc.Load(unit), Result::kDone);
+    EXPECT_FALSE(unit.state.modified);
+  }
+}
+
+TEST(WriteBack, ChangesOnlyThePacksOfTheUnitAndIsIdempotent) {
+  PackDisc disc(MakeSubpicturePacks(UnitOfSize(3000, 40), {}));
+  const Bytes before = disc.Image();
+  SubpictureUnit unit = disc.GatherOne();
+  ASSERT_EQ(SetColour(unit, 9, kEmphasis1), Result::kDone);
+  ASSERT_EQ(disc.Write(unit), Result::kDone);
+  const Bytes saved = disc.Image();
+  EXPECT_TRUE(std::equal(before.begin(), before.begin() + kSectorSize, saved.begin()));
+  EXPECT_TRUE(std::equal(before.end() - kSectorSize, before.end(), saved.end() - kSectorSize));
+  ExpectSameSubtitle(disc, unit);
+  EXPECT_EQ(disc.GatherOne().state.TotalSize(), 2960);
+
+  const int writes = disc.messages.files.WritesDone();
+  ASSERT_EQ(disc.Write(unit), Result::kDone);
+  ASSERT_EQ(disc.Load(unit), Result::kDone);
+  ASSERT_EQ(disc.Write(unit), Result::kDone);
+  EXPECT_EQ(disc.messages.files.WritesDone(), writes);
+
+  for (const int colour : {2, 9}) {
+    ASSERT_EQ(SetColour(unit, colour, kEmphasis1), Result::kDone);
+    ASSERT_EQ(disc.Write(unit), Result::kDone);
+    ASSERT_EQ(disc.Load(unit), Result::kDone);
+  }
+  EXPECT_EQ(disc.Image(), saved);
+}
+
+TEST(WriteBack, ClosesTheEndOfThePackInItsFourWays) {
+  const std::size_t room = 2024 - 5;
+  struct Case {
+    std::size_t first, edited, written;
+  };
+  // A gap of 1 to 5 bytes in the last pack is closed by spare bytes; 0 and 6 need none.
+  for (const Case& each :
+       {Case{300, 400, 400}, Case{400, room, room}, Case{400, room - 6, room - 6},
+        Case{400, room - 1, room}, Case{400, room - 5, room}}) {
+    PackDisc disc(MakeSubpicturePacks(UnitOfSize(each.first), {}));
+    SubpictureUnit unit = disc.GatherOne();
+    Replace(unit, UnitOfSize(each.edited), disc);
+    ASSERT_EQ(disc.Write(unit), Result::kDone);
+    const Sector pack = disc.ReadPack(0);
+    const SubpictureUnit found = disc.GatherOne();
+    EXPECT_EQ(found.state.bytes.size(), each.written);
+    ExpectData(pack, 5, found.state.bytes);
+    EXPECT_EQ(GetShort(pack, kPesLengthOffset), 5 + 4 + each.written);
+    if (each.written < room) ExpectPadding(pack, 24 + 5 + each.written);
+    ExpectSameSubtitle(disc, unit);
+    // Its end stays closed when it is edited and saved again.
+    const Bytes saved = disc.Image();
+    ASSERT_EQ(disc.Load(unit), Result::kDone);
+    ASSERT_EQ(SetColour(unit, 9, kPattern), Result::kDone);
+    ASSERT_EQ(disc.Write(unit), Result::kDone);
+    ASSERT_EQ(SetColour(unit, 1, kPattern), Result::kDone);
+    ASSERT_EQ(disc.Write(unit), Result::kDone);
+    EXPECT_EQ(disc.Image(), saved);
+    EXPECT_TRUE(disc.messages.LogLines().empty());
+  }
+}
+
+TEST(WriteBack, StuffsTheHeaderOfAPackBeforeFreedOnes) {
+  PackDisc disc(MakeSubpicturePacks(UnitOfSize(3000), {}));
+  SubpictureUnit unit = disc.GatherOne();
+  const Bytes edited = UnitOfSize(2019 - 3);
+  Replace(unit, edited, disc);
+  ASSERT_EQ(disc.Write(unit), Result::kDone);
+  const Sector pack = disc.ReadPack(0);
+  ExpectData(pack, 8, edited);
+  EXPECT_EQ(GetShort(pack, kPesLengthOffset), 2028);
+  EXPECT_TRUE(IsFilled(ByteSpan(pack).subspan(28, 3), 0xFF));
+  EXPECT_EQ(disc.GatherOne().state.bytes, edited);
+  ExpectPadding(disc.ReadPack(1), kPesStartOffset);
+  EXPECT_EQ(disc.Load(unit), Result::kDone);
+  EXPECT_EQ(unit.state.bytes, edited);
+}
+
+TEST(WriteBack, ZeroFillsAGapThatNothingElseCloses) {
+  // The second bitmap's sequence keeps its delay word inside the first one's commands, so nothing
+  // can be moved to close the gap.
+  Bytes knot = UnitOfSize(2019 - 4);
+  const std::size_t first = GetShort(knot, kSpuDcsqtOffset);
+  const std::size_t second = GetShort(knot, first + 2);
+  PutShort(knot, first + 2, static_cast<std::uint16_t>(second - 2));
+  PutShort(knot, second - 2 + 2, static_cast<std::uint16_t>(second - 2));
+  knot[second + 2] = kEndOfCommands;
+  PackDisc disc(MakeSubpicturePacks(UnitOfSize(400), {}));
+  SubpictureUnit unit = disc.GatherOne();
+  unit.state.bytes = knot;
+  const bool parses = !Failed(ParseControlSequences(unit, 0, 0, disc.Context()));
+  ASSERT_EQ(disc.Write(unit), Result::kDone);
+  const Sector pack = disc.ReadPack(0);
+  ExpectData(pack, 5, knot);
+  EXPECT_EQ(GetShort(pack, kPesLengthOffset), 2028);
+  EXPECT_TRUE(IsFilled(ByteSpan(pack).last(4), 0));
+  EXPECT_TRUE(disc.messages.Logged("Warning: Not enough room at LBA 1 for padding stream"));
+  EXPECT_EQ(disc.Load(unit), parses ? Result::kDone : Result::kFailed);
+}
+
+TEST(WriteBack, FreedPacksCarryDataAgain) {
+  SubpictureSpec spec{.stream = 0, .pts = 777};
+  const Bytes large = UnitOfSize(6000);
+  PackDisc disc(MakeSubpicturePacks(large, spec));
+  SubpictureUnit unit = disc.GatherOne();
+  const Sector thirdBefore = disc.ReadPack(2);
+  Replace(unit, UnitOfSize(500), disc);
+  ASSERT_EQ(disc.Write(unit), Result::kDone);
+  for (const std::uint32_t index : {1U, 2U}) ExpectPadding(disc.ReadPack(index), kPesStartOffset);
+  const Sector third = disc.ReadPack(2);
+  EXPECT_TRUE(std::equal(third.begin(), third.begin() + 14, thirdBefore.begin()));
+
+  ASSERT_EQ(disc.Load(unit), Result::kDone);
+  EXPECT_EQ(unit.packs.size(), 3U);
+  EXPECT_EQ(unit.state.freeRoom, 2017 - 5 - 500 + 2 * 2024);
+  Replace(unit, large, disc);
+  ASSERT_EQ(disc.Write(unit), Result::kDone);
+  EXPECT_EQ(disc.GatherOne().state.bytes, large);
+  EXPECT_EQ(disc.ReadPack(2)[kPesFlagsOffset], 0x81);
+  EXPECT_EQ(disc.ReadPack(2)[kPesFlags2Offset], 0);
+  EXPECT_EQ(disc.ReadPack(2)[kPesHeaderLengthOffset], 0);
+  ASSERT_EQ(disc.Load(unit), Result::kDone);
+  EXPECT_EQ(unit.state.freeRoom, 2017 - (6000 - 2019 - 2024));
+}
+
+TEST(WriteBack, BringsTheTopFieldToTheFront) {
+  // The bottom field first, as an odd move leaves them.
+  const auto rows = RandomRows(5, 40, 11, 9);
+  const Bytes plain = BuildSpu(Subtitle(rows, 50, 50, 90));
+  const Bytes top = BuildField(rows, 0);
+  const Bytes bottom = BuildField(rows, 1);
+  Bytes swapped = plain;
+  std::copy(bottom.begin(), bottom.end(), swapped.begin() + 4);
+  std::copy(top.begin(), top.end(), swapped.begin() + 4 + static_cast<long>(bottom.size()));
+  SubpictureUnit unit = MakeUnit(swapped);
+  PackDisc disc({});
+  ASSERT_EQ(ParseControlSequences(unit, 0, 0, disc.Context()), Result::kDone);
+  for (const SpuCommand& command : unit.state.sequences[0].commands) {
+    if (command.code != kSetFieldOffsets) continue;
+    PutShort(unit.state.bytes, command.offset + 1U, static_cast<std::uint16_t>(4 + bottom.size()));
+    PutShort(unit.state.bytes, command.offset + 3U, 4);
+  }
+  Compact(unit, {}, disc.Context());
+  EXPECT_EQ(unit.state.bytes, plain);
+
+  // Fields that share their codes stay.
+  for (const SpuCommand& command : unit.state.sequences[0].commands) {
+    if (command.code == kSetFieldOffsets) PutShort(unit.state.bytes, command.offset + 3U, 4);
+    if (command.code == kSetFieldOffsets) PutShort(unit.state.bytes, command.offset + 1U, 5);
+  }
+  Compact(unit, {}, disc.Context());
+  EXPECT_EQ(unit.state.topOffset, 5);
+  EXPECT_EQ(unit.state.bottomOffset, 4);
+}
+
+TEST(WriteBack, KeepsTheCodesOfASecondBitmap) {
+  SpuDescription description = Subtitle({"0123", "3210", "1111", "2222"}, 60, 60, 90);
+  description.spareBytes = 30;
+  const int length = BuildSpu(description)[3];
+  description.sequences[1].commands.push_back(FieldOffsetsCommand(length - 30, length - 20));
+  PackDisc disc(MakeSubpicturePacks(BuildSpu(description), {}));
+  SubpictureUnit unit = disc.GatherOne();
+  ASSERT_EQ(SetColour(unit, 9, kPattern), Result::kDone);
+  ASSERT_EQ(disc.Write(unit), Result::kDone);
+  EXPECT_EQ(disc.GatherOne().state.bytes, unit.state.bytes);
+  ASSERT_EQ(DecodeBitmap(unit, disc.Context()), Result::kDone);
+  EXPECT_EQ(ShiftControlSequences(unit, -1), Result::kFailed);
+}
+
+TEST(WriteBack, WritesANewTimeAndKeepsTheOtherHeaderBytes) {
+  SubpictureSpec spec{.pts = 0x1'2345'6789};
+  spec.firstHeaderLength = 8;
+  PackDisc disc(MakeSubpicturePacks(UnitOfSize(300), spec));
+  SubpictureUnit unit = disc.GatherOne();
+  Sector expected = disc.ReadPack(0);
+  unit.state.pts = 0xFFFF'0001;
+  ASSERT_EQ(disc.Write(unit), Result::kDone);
+  const Sector found = disc.ReadPack(0);
+  EXPECT_EQ(GetTimeStamp(ByteSpan(found).subspan(23, 5)), 0x1'FFFF'0001U);
+  std::copy_n(found.begin() + 23, 5, expected.begin() + 23);
+  EXPECT_EQ(found, expected);
+}
+
+TEST(WriteBack, RefusesBeforeItWrites) {
+  const auto packs = MakeSubpicturePacks(UnitOfSize(3000), {});
+  PackDisc disc(packs);
+  SubpictureUnit unit = disc.GatherOne();
+  Bytes& image = disc.Image();
+  const Bytes before = image;
+
+  SubpictureUnit large = unit;
+  Replace(large, UnitOfSize(2019 + 2024 + 1), disc);
+  EXPECT_EQ(disc.Write(large), Result::kFailed);
+  EXPECT_EQ(image, before);
+
+  SubpictureUnit edited = unit;
+  Replace(edited, UnitOfSize(400), disc);
+  edited.scrambled = true;
+  EXPECT_EQ(disc.Write(edited), Result::kFailed);
+  edited.scrambled = false;
+  image[2 * kSectorSize + kPesFlagsOffset] |= 0x10;
+  EXPECT_EQ(disc.Write(edited), Result::kFailed);
+  image = before;
+  PutInt(image, 2 * kSectorSize + kPesStartOffset, kVideoStream);
+  EXPECT_EQ(disc.Write(edited), Result::kFailed);
+  image = before;
+  EXPECT_EQ(disc.messages.errors.size(), 4U);
+
+  image.resize(2 * kSectorSize + 100);
+  EXPECT_EQ(disc.Write(edited), Result::kFailed);
+  EXPECT_EQ(disc.messages.errors.back(), "Failed to seek/read 2-th subpic pack at LBA 2\n");
+  const SpuState kept = edited.state;
+  EXPECT_EQ(disc.Load(edited), Result::kFailed);
+  EXPECT_EQ(disc.messages.errors.back(), "Failed to re-load enough data");
+  EXPECT_EQ(edited.state, kept);
+  EXPECT_EQ(image, Bytes(before.begin(), before.begin() + 2 * kSectorSize + 100));
+}
+
+TEST(WriteBack, ReportsTheWriteThatFailsAndCanBeRepeated) {
+  for (int failing = 0; failing < 3; ++failing) {
+    PackDisc disc(MakeSubpicturePacks(UnitOfSize(6000), {}));
+    SubpictureUnit unit = disc.GatherOne();
+    Replace(unit, UnitOfSize(1900, 20), disc);
+    const SpuState edited = unit.state;
+    disc.messages.files.FailWritesFrom(failing);
+    EXPECT_EQ(disc.Write(unit), Result::kFailed);
+    EXPECT_EQ(disc.messages.errors.back(), "Failed to write " + std::to_string(failing + 1) +
+                                               "-th subpic pack at LBA " +
+                                               std::to_string(failing + 1) + "\n");
+    EXPECT_EQ(unit.state, edited);
+    disc.messages.files.FailWritesFrom(-1);
+    ASSERT_EQ(disc.Write(unit), Result::kDone);
+    ExpectPadding(disc.ReadPack(1), kPesStartOffset);
+    ExpectPadding(disc.ReadPack(2), kPesStartOffset);
+    EXPECT_EQ(disc.GatherOne().state.TotalSize(), 1880);
+  }
+}
+
+TEST(Reload, DropsEditsAndKeepsTheUnitsIdentity) {
+  PackDisc disc(MakeSubpicturePacks(UnitOfSize(1000), {.pts = 55}));
+  SubpictureUnit unit = disc.GatherOne();
+  unit.numberInStream = 4;
+  unit.clut = 2;
+  unit.globalTime = 1234;
+  const SpuState read = unit.state;
+  ASSERT_EQ(DecodeBitmap(unit, disc.Context()), Result::kDone);
+  ASSERT_EQ(SetColour(unit, 9, kPattern), Result::kDone);
+  unit.state.verticalOffset = 4;
+  ASSERT_EQ(disc.Load(unit), Result::kDone);
+  SpuState expected = read;
+  --expected.freeRoom;
+  EXPECT_EQ(unit.state, expected);
+  EXPECT_TRUE(unit.pixels.empty());
+  EXPECT_EQ(unit.currentColours, (PixelTypeValues{0, 1, 2, 3}));
+  EXPECT_EQ(unit.number, 7);
+  EXPECT_EQ(unit.numberInStream, 4);
+  EXPECT_EQ(unit.clut, 2);
+  EXPECT_EQ(unit.globalTime, 1234);
+}
+
+TEST(WriteBack, RandomUnitsComeBackFromRandomPacks) {
+  std::mt19937 random(20);
+  const auto upTo = [&](unsigned most) { return static_cast<std::size_t>(random() % (most + 1)); };
+  for (int round = 0; round < 200; ++round) {
+    SubpictureSpec spec{.pts = random()};
+    spec.firstHeaderLength = upTo(1) == 0 ? 5 : 8;
+    const std::size_t size = 200 + upTo(6000);
+    const std::size_t fewest = size / 2010 + 1;
+    spec.packs = upTo(1) == 0 ? 0 : fewest + upTo(3);
+    spec.paddingPacket = upTo(3) > 0;
+    PackDisc disc(MakeSubpicturePacks(UnitOfSize(size, static_cast<int>(upTo(60))), spec));
+    SubpictureUnit unit = disc.GatherOne();
+    for (int edit = 0; edit < 4; ++edit) {
+      const std::size_t most =
+          unit.state.bytes.size() + static_cast<std::size_t>(unit.state.freeRoom);
+      const auto target = 200 + upTo(static_cast<unsigned>(std::max<std::size_t>(most, 200) - 200));
+      Replace(unit, UnitOfSize(target, static_cast<int>(upTo(20))), disc);
+      unit.state.pts = static_cast<std::uint32_t>(random());
+      ASSERT_EQ(disc.Write(unit), Result::kDone) << round;
+      ASSERT_NO_FATAL_FAILURE(ExpectSameSubtitle(disc, unit)) << round;
+      const Bytes saved = disc.Image();
+      ASSERT_EQ(disc.Load(unit), Result::kDone);
+      EXPECT_EQ(unit.state.bytes, disc.GatherOne().state.bytes);
+      ASSERT_EQ(disc.Write(unit), Result::kDone);
+      ASSERT_EQ(disc.Image(), saved) << round;
+    }
+    EXPECT_TRUE(disc.messages.errors.empty());
+  }
+}
+
+}  // namespace
+}  // namespace quillomar
