@@ -1,0 +1,156 @@
+// Our reading of a unit against that of FFmpeg's subtitle decoder.
+#include <gtest/gtest.h>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavutil/opt.h>
+}
+
+#include <cmath>
+#include <memory>
+#include <random>
+
+#include "spu/colour_edit.h"
+#include "spu/parse.h"
+#include "spu/run_length.h"
+#include "support/message_collector.h"
+#include "support/spu_builder.h"
+
+namespace quillomar {
+namespace {
+
+using namespace test;
+
+struct ContextDeleter {
+  void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
+};
+struct PacketDeleter {
+  void operator()(AVPacket* packet) const { av_packet_free(&packet); }
+};
+
+// CLUT entry i as FFmpeg shall show it.
+std::uint32_t PaletteEntry(std::uint32_t i) {
+  return i * 0x100F01U;
+}
+
+// One subtitle as FFmpeg's decoder gives it; freed with its content.
+class FfmpegSubtitle {
+ public:
+  explicit FfmpegSubtitle(const Bytes& unit) {
+    const std::unique_ptr<AVCodecContext, ContextDeleter> decoder(avcodec_alloc_context3(nullptr));
+    std::string palette;
+    for (std::uint32_t i = 0; i < 16; ++i) {
+      char entry[16];
+      std::snprintf(entry, sizeof entry, "%06x,", PaletteEntry(i));
+      palette += entry;
+    }
+    AVDictionary* options = nullptr;
+    av_dict_set(&options, "palette", palette.c_str(), 0);
+    const AVCodec* codec = avcodec_find_decoder(AV_CODEC_ID_DVD_SUBTITLE);
+    const int opened = avcodec_open2(decoder.get(), codec, &options);
+    av_dict_free(&options);
+    const std::unique_ptr<AVPacket, PacketDeleter> packet(av_packet_alloc());
+    if (opened < 0 || av_new_packet(packet.get(), static_cast<int>(unit.size())) < 0) return;
+    std::copy(unit.begin(), unit.end(), packet->data);
+    int got = 0;
+    avcodec_decode_subtitle2(decoder.get(), &subtitle_, &got, packet.get());
+    decoded_ = got != 0;
+  }
+  ~FfmpegSubtitle() { avsubtitle_free(&subtitle_); }
+  FfmpegSubtitle(const FfmpegSubtitle&) = delete;
+  FfmpegSubtitle& operator=(const FfmpegSubtitle&) = delete;
+
+  [[nodiscard]] bool Decoded() const { return decoded_; }
+  // Null when nothing would be seen.
+  [[nodiscard]] const AVSubtitleRect* Rect() const {
+    return subtitle_.num_rects > 0 ? subtitle_.rects[0] : nullptr;
+  }
+  [[nodiscard]] int StartMs() const { return static_cast<int>(subtitle_.start_display_time); }
+  [[nodiscard]] int EndMs() const { return static_cast<int>(subtitle_.end_display_time); }
+
+ private:
+  AVSubtitle subtitle_{};
+  bool decoded_ = false;
+};
+
+// FFmpeg cuts away what is transparent; inside its rectangle types, colours and alphas are ours,
+// outside all of ours is transparent.
+void ExpectSamePicture(const SubpictureUnit& unit, const AVSubtitleRect* rect) {
+  const SpuState& state = unit.state;
+  int differences = 0;
+  for (int row = 0; row < state.height; ++row) {
+    for (int column = 0; column < state.width; ++column) {
+      const auto type = unit.pixels[static_cast<std::size_t>(row * state.width + column)];
+      const int x = rect == nullptr ? -1 : state.area.sx + column - rect->x;
+      const int y = rect == nullptr ? -1 : state.area.sy + row - rect->y;
+      if (x < 0 || y < 0 || x >= rect->w || y >= rect->h) {
+        differences += (*unit.currentAlphas)[type] != 0 ? 1 : 0;
+      } else {
+        differences += rect->data[0][y * rect->linesize[0] + x] != type ? 1 : 0;
+      }
+    }
+  }
+  EXPECT_EQ(differences, 0);
+  for (std::size_t type = 0; rect != nullptr && type < kPixelTypes; ++type) {
+    const auto* colours = reinterpret_cast<const std::uint32_t*>(rect->data[1]);
+    const std::uint32_t alpha = (*unit.currentAlphas)[type] * 17U;
+    EXPECT_EQ(colours[type], alpha << 24U | PaletteEntry((*unit.currentColours)[type]));
+  }
+}
+
+// FFmpeg truncates to whole ms, ours are rounded up to whole frames.
+void ExpectSameTime(int ours, int theirs, VideoStandard standard) {
+  const double frame = FrameMs(standard);
+  EXPECT_GT(ours, theirs - 1);
+  EXPECT_LT(ours, theirs + frame + 1);
+  EXPECT_LT(std::fabs(ours - std::round(ours / frame) * frame), 1);
+}
+
+TEST(FfmpegDecode, AgreesOnPixelsPlaceColoursAndTimes) {
+  MessageCollector messages;
+  ReportLimit limit(messages.reporter);
+  std::mt19937 random(20);
+  const auto upTo = [&random](int most) {
+    return static_cast<int>(random() % (static_cast<unsigned>(most) + 1));
+  };
+  int seen = 0;
+  for (unsigned seed = 0; seed < 300; ++seed) {
+    const auto standard = seed % 2 == 0 ? VideoStandard::kPal : VideoStandard::kNtsc;
+    const SpuContext context{messages.reporter, limit, standard};
+    const int width = 1 + upTo(719);
+    const int height = 2 + upTo(60);
+    const int x = upTo(kPictureWidth - width);
+    const int y = upTo(FrameHeight(standard) - height);
+    SpuDescription description =
+        Subtitle(RandomRows(seed, width, height, 1 + upTo(400)), x, y, upTo(60000));
+    PixelTypeValues colours{};
+    PixelTypeValues alphas{};
+    for (auto& colour : colours) colour = static_cast<std::uint16_t>(upTo(15));
+    for (auto& alpha : alphas) alpha = static_cast<std::uint16_t>(upTo(1) * upTo(15));
+    description.sequences[0].delay = upTo(50);
+    description.sequences[1].delay += description.sequences[0].delay;
+    description.sequences[0].commands = {
+        {seed % 3 == 0 ? kForcedStart : kStart}, ColourCommand(colours), ContrastCommand(alphas)};
+    SubpictureUnit unit = MakeUnit(BuildSpu(description));
+    ASSERT_EQ(ParseControlSequences(unit, 0, 0, context), Result::kDone);
+    ASSERT_EQ(DecodeBitmap(unit, context), Result::kDone);
+    SelectControlSequence(unit, 0);
+
+    const FfmpegSubtitle theirs(unit.state.bytes);
+    SCOPED_TRACE(seed);
+    ExpectSamePicture(unit, theirs.Rect());
+    if (!theirs.Decoded()) continue;
+    ++seen;
+    // FFmpeg takes no time from a forced start.
+    if (!IsForced(unit)) ExpectSameTime(DelayMs(unit, 0, standard), theirs.StartMs(), standard);
+    ExpectSameTime(DurationMs(unit, standard), theirs.EndMs(), standard);
+    // And what we code ourselves reads the same there.
+    static_cast<void>(ReencodeBitmap(unit, {upTo(3), upTo(3)}, context));
+    const FfmpegSubtitle again(unit.state.bytes);
+    ExpectSamePicture(unit, again.Rect());
+  }
+  EXPECT_GT(seen, 200);
+}
+
+}  // namespace
+}  // namespace quillomar
