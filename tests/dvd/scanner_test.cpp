@@ -1,0 +1,382 @@
+#include "dvd/scanner.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <random>
+#include <tuple>
+
+#include "dvd/big_endian.h"
+#include "dvd/pack.h"
+#include "support/message_collector.h"
+#include "support/pack_builder.h"
+
+namespace quillomar {
+namespace {
+
+using test::MakeNavPack;
+using test::MakeSubpicturePacks;
+using test::MakeVideoPack;
+using test::VobBuilder;
+
+// What a scan handed over, one entry per call.
+struct Event {
+  enum class Call { kPack, kComplete, kDrop, kStandard } call = Call::kPack;
+  int stream = 0;
+  std::uint32_t lba = 0, lbaInFile = 0, navLba = 0;
+  int fileIndex = 0;
+  Vcid vcid{};
+  int unitNumber = 0;
+  int buttonCount = 0;
+  Highlight highlight{};
+  std::int64_t timeOffset = 0;
+  VideoStandard standard = VideoStandard::kUnknown;
+  friend bool operator==(const Event&, const Event&) = default;
+};
+
+class RecordingConsumer : public PackConsumer {
+ public:
+  GatherResult TakePack(SectorView pack, const PackContext& context) override {
+    EXPECT_EQ(ClassifyPack(pack).subStreamId, kFirstSubpictureId + context.stream);
+    events.push_back({.stream = context.stream,
+                      .lba = context.lba,
+                      .lbaInFile = context.lbaInFile,
+                      .navLba = context.navLba,
+                      .fileIndex = context.fileIndex,
+                      .vcid = context.vcid,
+                      .unitNumber = context.unitNumber,
+                      .buttonCount = context.buttonCount,
+                      .highlight = *context.highlight});
+    return answer(context);
+  }
+  bool CompleteUnit(int stream, std::int64_t timeOffset) override {
+    events.push_back({.call = Event::Call::kComplete, .stream = stream, .timeOffset = timeOffset});
+    return usable;
+  }
+  void StandardFound(VideoStandard standard) override {
+    events.push_back({.call = Event::Call::kStandard, .standard = standard});
+  }
+  void DropUnit(int stream) override {
+    events.push_back({.call = Event::Call::kDrop, .stream = stream});
+  }
+
+  [[nodiscard]] std::vector<Event> Of(Event::Call call) const {
+    std::vector<Event> found;
+    for (const Event& event : events) {
+      if (event.call == call) found.push_back(event);
+    }
+    return found;
+  }
+
+  std::vector<Event> events;
+  std::function<GatherResult(const PackContext&)> answer = [](const PackContext&) {
+    return GatherResult::kComplete;
+  };
+  bool usable = true;
+};
+
+class ScannerTest : public testing::Test {
+ protected:
+  void AddPiece(int piece, const VobBuilder& vob) {
+    const std::string path = PathOf(piece);
+    vob.Put(messages.files, path);
+    ASSERT_EQ(set.AddFile(path), Result::kDone);
+  }
+  static std::string PathOf(int piece) { return "/VTS_01_" + std::to_string(piece) + ".VOB"; }
+  static std::vector<Sector> Subpicture(int stream) {
+    return MakeSubpicturePacks(Bytes(100, 0x11), {.stream = stream});
+  }
+  void Scan() { Scanner(set, consumer, messages.reporter, control).Scan(options, results); }
+
+  test::MessageCollector messages;
+  VobFileSet set{messages.files, messages.reporter};
+  RecordingConsumer consumer;
+  JobControl control;
+  ScanOptions options;
+  ScanResults results;
+};
+
+TEST_F(ScannerTest, HandsOverEverySubpicturePackWithItsPlace) {
+  const Highlight highlight{.buttons = {{.x = 10, .y = 20, .width = 30, .height = 40}}};
+  VobBuilder first;
+  first.Add(MakeNavPack({.vcid = {7, 2}, .highlight = highlight}));
+  first.Add(test::MakePrivatePack(0, 0x80)).Add(Subpicture(1)).Add(test::MakePaddingPack(0));
+  VobBuilder second;
+  second.Add(Subpicture(31)).Add(MakeNavPack({.vcid = {8, 1}})).Add(Subpicture(1));
+  AddPiece(1, first);
+  AddPiece(2, second);
+  Scan();
+  const auto packs = consumer.Of(Event::Call::kPack);
+  ASSERT_EQ(packs.size(), 3U);
+  const Event one{.stream = 1,
+                  .lba = 2,
+                  .lbaInFile = 2,
+                  .vcid = {7, 2},
+                  .buttonCount = 1,
+                  .highlight = highlight};
+  const Event two{.stream = 31,
+                  .lba = 4,
+                  .fileIndex = 1,
+                  .vcid = {7, 2},
+                  .unitNumber = 1,
+                  .buttonCount = 1,
+                  .highlight = highlight};
+  const Event three{.stream = 1,
+                    .lba = 6,
+                    .lbaInFile = 2,
+                    .navLba = 5,
+                    .fileIndex = 1,
+                    .vcid = {8, 1},
+                    .unitNumber = 2,
+                    .highlight = highlight};
+  EXPECT_EQ(packs[0], one);
+  EXPECT_EQ(packs[1], two);
+  EXPECT_EQ(packs[2], three);
+  EXPECT_EQ(results.highestStream, 31);
+  EXPECT_EQ(results.unitsFound, 3);
+  EXPECT_FALSE(results.interleaved);
+  EXPECT_TRUE(set.FullTitleDomain());
+  EXPECT_EQ(control.operation, Operation::kDone);
+}
+
+TEST_F(ScannerTest, CountsOnlyUnitsThatAreUsable) {
+  AddPiece(1, VobBuilder().Add(Subpicture(0)).Add(Subpicture(1)).Add(Subpicture(2)));
+  consumer.answer = [](const PackContext& context) {
+    return context.stream == 0   ? GatherResult::kNeedMore
+           : context.stream == 1 ? GatherResult::kFailed
+                                 : GatherResult::kComplete;
+  };
+  consumer.usable = false;
+  Scan();
+  EXPECT_EQ(results.unitsFound, 0);
+  EXPECT_EQ(consumer.Of(Event::Call::kPack).size(), 3U);
+  ASSERT_EQ(consumer.Of(Event::Call::kDrop).size(), 1U);
+  EXPECT_EQ(consumer.Of(Event::Call::kDrop)[0].stream, 1);
+  ASSERT_EQ(consumer.Of(Event::Call::kComplete).size(), 1U);
+  EXPECT_EQ(consumer.Of(Event::Call::kComplete)[0].stream, 2);
+}
+
+TEST_F(ScannerTest, TimesRunOnWhereTheClockStartsAgain) {
+  VobBuilder vob;
+  const std::vector<std::pair<std::uint32_t, std::uint32_t>> times{
+      {9000, 54000}, {54000, 99000}, {0, 45000}, {45000, 90000}, {100000, 145000}, {5000, 50000}};
+  for (const auto& [start, end] : times) {
+    vob.Add(MakeNavPack({.startTime = start, .endTime = end, .category = 1})).Add(Subpicture(0));
+  }
+  AddPiece(1, vob);
+  Scan();
+  std::vector<std::int64_t> offsets;
+  for (const Event& event : consumer.Of(Event::Call::kComplete))
+    offsets.push_back(event.timeOffset);
+  const std::vector<std::int64_t> expected{-9000, -9000, 90000, 90000, 90000, 230000};
+  EXPECT_EQ(offsets, expected);
+  EXPECT_EQ(results.timeRestarts, (std::vector<std::uint32_t>{2, 4, 8, 10}));
+  EXPECT_TRUE(results.interleaved);
+}
+
+TEST_F(ScannerTest, ListsVobusWithTheirLengthAndFreeSlots) {
+  VobBuilder vob;
+  const std::uint64_t ticksOf150Packs = 21943;
+  vob.Add(test::MakePaddingPack(0));
+  const std::uint64_t wrap = 0x1'0000'0000ULL - 7;  // the low 32 bits wrap within the VOBU
+  vob.Add(MakeNavPack({.clock = wrap, .startTime = 3, .endTime = 4, .searchFill = 0x5A}));
+  vob.Add(std::vector<Sector>(9, test::MakePaddingPack(0)));
+  vob.Add(MakeNavPack({.clock = wrap + ticksOf150Packs}));
+  vob.Add(std::vector<Sector>(3, test::MakePaddingPack(0)));
+  vob.Add(MakeNavPack({.clock = wrap + ticksOf150Packs + 2 * test::kPackTicks}));
+  vob.Add(MakeNavPack({.clock = 0}));
+  vob.Add(std::vector<Sector>(5, test::MakePaddingPack(0)));
+  AddPiece(1, vob);
+  Scan();
+  std::vector<std::tuple<std::uint32_t, std::uint32_t, std::uint32_t>> found;
+  for (const VobuEntry& entry : results.vobus) {
+    found.emplace_back(entry.startLba, entry.length, entry.freeSlots);
+  }
+  const decltype(found) expected{{1, 10, 140}, {11, 4, 0}, {15, 1, 0}, {16, 6, 0}};
+  EXPECT_EQ(found, expected);
+  EXPECT_EQ(results.vobus[0].startTime, 3U);
+  EXPECT_EQ(results.vobus[0].endTime, 4U);
+  EXPECT_EQ(results.vobus[0].currentLba, 1U);
+  EXPECT_EQ(results.vobus[0].searchInfo[270], 0x5A);
+  EXPECT_EQ(results.scannedStarts, (std::vector<std::uint32_t>{1, 11, 15, 16, 22}));
+  EXPECT_EQ(results.currentStarts, results.scannedStarts);
+}
+
+TEST_F(ScannerTest, SettlesTheStandardOnTheFirstSequenceHeader) {
+  VobBuilder vob;
+  vob.Add(MakeVideoPack(0, {test::PictureHeader(3)}));
+  vob.Add(MakeVideoPack(
+      0, {test::SequenceHeader(704, 576, 3), test::SequenceExtension(), test::PictureHeader(1)}));
+  vob.Add(MakeVideoPack(0, {test::SequenceHeader(352, 240, 2)}));
+  AddPiece(1, vob);
+  Scan();
+  EXPECT_EQ(results.mpeg2, true);
+  EXPECT_EQ(results.standard, VideoStandard::kPal);
+  EXPECT_EQ(results.videoLba, 1U);
+  EXPECT_EQ(results.width, 704);
+  EXPECT_EQ(results.height, 576);
+  EXPECT_EQ(results.aspect, 3);
+  ASSERT_EQ(consumer.events.size(), 1U);
+  EXPECT_EQ(consumer.events[0].standard, VideoStandard::kPal);
+  const auto lines = messages.LogLines();
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[0], "Found Video Format: PAL");
+}
+
+TEST_F(ScannerTest, TakesNoSizeFromMpeg1) {
+  AddPiece(1, VobBuilder().Add(
+                  MakeVideoPack(0, {test::SequenceHeader(352, 240, 1), test::PictureHeader(1)})));
+  Scan();
+  EXPECT_EQ(results.mpeg2, false);
+  EXPECT_EQ(results.standard, VideoStandard::kNtsc);
+  EXPECT_EQ(results.width, 720);
+  EXPECT_EQ(results.height, 480);
+  EXPECT_TRUE(messages.Logged("Found Video Format: NTSC"));
+}
+
+TEST_F(ScannerTest, ReportsClosedCaptionsUpToTheSettlingPack) {
+  const std::string text =
+      "NOTE: Closed-caption MPEG header found. This video probably has closed-captions";
+  const Sector settling = MakeVideoPack(0, {test::SequenceHeader(720, 480, 2)});
+  const Sector captions = MakeVideoPack(0, {test::ClosedCaptions()});
+  AddPiece(1, VobBuilder().Add(settling).Add(captions));
+  options.alertOnClosedCaptions = true;
+  Scan();
+  EXPECT_FALSE(results.closedCaptions);
+  EXPECT_FALSE(messages.Logged(text));
+  VobBuilder().Add(captions).Add(settling).Put(messages.files, PathOf(1));
+  ASSERT_EQ(set.ReopenAll(), Result::kDone);
+  Scan();
+  EXPECT_TRUE(results.closedCaptions);
+  EXPECT_TRUE(messages.Logged(text));
+  EXPECT_EQ(messages.errors, std::vector<std::string>{text});
+  options.alertOnClosedCaptions = false;
+  Scan();
+  EXPECT_EQ(messages.errors.size(), 1U);
+}
+
+TEST_F(ScannerTest, AnAbortKeepsWhatWasFoundAndForbidsRetiming) {
+  VobBuilder vob;
+  vob.Add(MakeNavPack({})).Add(Subpicture(0)).Add(Subpicture(0)).Add(MakeNavPack({}));
+  AddPiece(1, vob);
+  consumer.answer = [this](const PackContext&) {
+    control.abortRequested = true;
+    return GatherResult::kComplete;
+  };
+  Scan();
+  EXPECT_EQ(control.operation, Operation::kAborted);
+  EXPECT_FALSE(set.FullTitleDomain());
+  EXPECT_TRUE(set.CanSave());
+  EXPECT_EQ(consumer.Of(Event::Call::kPack).size(), 1U);
+  EXPECT_EQ(results.scannedStarts, (std::vector<std::uint32_t>{0, 2}));
+  EXPECT_EQ(results.vobus.back().length, 2U);
+}
+
+TEST_F(ScannerTest, FastModeFindsTheSameOnTheSectorsListed) {
+  VobBuilder first;
+  VobBuilder second;
+  first.Add(MakeVideoPack(0, {test::SequenceHeader(720, 480, 2)}));
+  first.Add(MakeNavPack({.startTime = 900, .endTime = 45900, .vcid = {1, 1}}));
+  first.Add(Subpicture(0)).Add(test::MakePaddingPack(0)).Add(Subpicture(3));
+  second.Add(test::MakeEmptyPack(0)).Add(MakeNavPack({.startTime = 0, .endTime = 9}));
+  second.Add(Subpicture(0)).Add(Subpicture(5));
+  AddPiece(1, first);
+  AddPiece(2, second);
+  Scan();
+  const auto full = consumer.events;
+  consumer.events.clear();
+  options.lbas = {7, 0, 2, 2, 6, 100, 4, 1, 8};
+  Scan();
+  EXPECT_EQ(consumer.events, full);
+  EXPECT_EQ(results.vobus.size(), 2U);
+  EXPECT_EQ(results.timeRestarts, (std::vector<std::uint32_t>{1, 6}));
+  consumer.events.clear();
+  options.lbas = {1, 4};
+  Scan();
+  EXPECT_EQ(consumer.Of(Event::Call::kPack).size(), 1U);
+  EXPECT_EQ(consumer.events[0].lba, 4U);
+}
+
+TEST_F(ScannerTest, LogsProgressEvery2000SectorsAndEvery60Listed) {
+  AddPiece(1, VobBuilder().Add(std::vector<Sector>(4001, test::MakePaddingPack(0))));
+  Scan();
+  EXPECT_EQ(messages.LogLines().size(), 3U);
+  EXPECT_EQ(control.percent, 99);
+  options.lbas.emplace();
+  for (std::uint32_t lba = 0; lba < 130; ++lba) options.lbas->push_back(lba);
+  Scan();
+  const auto lines = messages.LogLines();
+  ASSERT_EQ(lines.size(), 6U);
+  EXPECT_EQ(lines[3].substr(0, lines[3].find('(')), "0.02 MB scanned ");
+  EXPECT_EQ(lines[4].substr(0, lines[4].find('(')), "0.14 MB scanned ");
+}
+
+TEST_F(ScannerTest, AFileThatShrinksEndsItsOwnPartOnly) {
+  VobBuilder first;
+  first.Add(Subpicture(0)).Add(std::vector<Sector>(598, test::MakePaddingPack(0)));
+  first.Add(Subpicture(1));
+  AddPiece(1, first);
+  AddPiece(2, VobBuilder().Add(Subpicture(2)));
+  consumer.answer = [this](const PackContext& context) {
+    if (context.stream == 0) messages.files.Content(PathOf(1)).resize(550 * kSectorSize + 100);
+    return GatherResult::kComplete;
+  };
+  Scan();
+  const auto packs = consumer.Of(Event::Call::kPack);
+  ASSERT_EQ(packs.size(), 2U);
+  EXPECT_EQ(packs[1].stream, 2);
+  EXPECT_EQ(packs[1].lba, 600U);
+  EXPECT_EQ(control.operation, Operation::kDone);
+  consumer.events.clear();
+  options.lbas = {0, 549, 550, 600};
+  messages.files.Content(PathOf(1)).resize(600 * kSectorSize);
+  Scan();
+  EXPECT_EQ(consumer.Of(Event::Call::kPack).size(), 2U);
+}
+
+TEST_F(ScannerTest, EmptySetsAndEmptyFilesEndAtOnce) {
+  Scan();
+  EXPECT_EQ(results.scannedStarts, std::vector<std::uint32_t>{0});
+  AddPiece(1, VobBuilder());
+  Scan();
+  EXPECT_EQ(control.operation, Operation::kDone);
+  EXPECT_EQ(messages.LogLines().back(), "0.00 MB scanned (0.00 MB/s) -- 0 subpics");
+}
+
+// Sectors of random bytes with a random start code where packs are told apart.
+Bytes RandomImage(std::mt19937& random, std::size_t sectors) {
+  Bytes image(sectors * kSectorSize + random() % kSectorSize);
+  for (std::uint8_t& byte : image) byte = static_cast<std::uint8_t>(random());
+  const std::vector<std::uint32_t> codes{kVideoStream, kPrivateStream1, kPaddingStream, 0};
+  for (std::size_t i = 0; i < sectors; ++i) {
+    const auto sector = std::span(image).subspan(i * kSectorSize, kSectorSize);
+    if (random() % 2 == 0) {
+      PutInt(sector, kPesStartOffset, codes[random() % codes.size()]);
+    } else {
+      PutInt(sector, kPciPacketOffset, kPrivateStream2);
+      PutInt(sector, kDsiPacketOffset, kPrivateStream2);
+      PutShort(sector, kNavHighlightStatusOffset, static_cast<std::uint16_t>(random() % 2));
+    }
+  }
+  return image;
+}
+
+TEST_F(ScannerTest, SurvivesRandomSectors) {
+  std::mt19937 random(20240229);
+  for (int round = 0; round < 20; ++round) {
+    set.Reset();
+    messages.files.Put(PathOf(1), RandomImage(random, 40));
+    ASSERT_EQ(set.AddFile(PathOf(1)), Result::kDone);
+    Scan();
+    ASSERT_EQ(results.scannedStarts.size(), results.vobus.size() + 1);
+    EXPECT_TRUE(std::is_sorted(results.scannedStarts.begin(), results.scannedStarts.end()));
+    EXPECT_EQ(results.scannedStarts.back(), 40U);
+    for (std::size_t i = 0; i < results.vobus.size(); ++i) {
+      EXPECT_EQ(results.scannedStarts[i + 1] - results.scannedStarts[i], results.vobus[i].length);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quillomar
