@@ -13,6 +13,10 @@ if(QUILLOMAR_SANITIZE)
   target_link_options(quillomar_options INTERFACE -fsanitize=${QUILLOMAR_SANITIZE})
 endif()
 
+if(QUILLOMAR_FUZZ)
+  target_compile_options(quillomar_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # quillomar_library(NAME base LINKS ...): the folder's sources as one static library that may use
 # only the libraries named.
 function(quillomar_library)

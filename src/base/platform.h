@@ -23,6 +23,9 @@ void PrepareEnvironment();
 // Full path of the running program; empty when the system does not tell.
 std::string ExecutablePath();
 
+enum class StandardStream { kIn, kOut, kError };
+[[nodiscard]] bool IsTerminal(StandardStream stream);
+
 // Local time of day formatted "%H:%M:%S".
 std::string TimeOfDay();
 

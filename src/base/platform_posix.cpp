@@ -208,6 +208,18 @@ std::string ExecutablePath() {
   return error ? std::string() : path.string();
 }
 
+bool IsTerminal(StandardStream stream) {
+  switch (stream) {
+    case StandardStream::kIn:
+      return ::isatty(STDIN_FILENO) == 1;
+    case StandardStream::kOut:
+      return ::isatty(STDOUT_FILENO) == 1;
+    case StandardStream::kError:
+      return ::isatty(STDERR_FILENO) == 1;
+  }
+  return false;
+}
+
 std::string TimeOfDay() {
   const std::time_t now = std::time(nullptr);
   std::tm local{};

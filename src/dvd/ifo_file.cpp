@@ -57,16 +57,18 @@ std::size_t EndField(IfoTable table) {
 
 }  // namespace
 
-Result IfoFile::Load(const std::string& path) {
+void IfoFile::Close() {
   file_.reset();
   image_.clear();
   sizeKib_ = 0;
   loaded_ = false;
   error_ = false;
+}
+
+Result IfoFile::Load(const std::string& path) {
+  Close();
   if (Failed(OpenAndRead(FindIgnoringCase(files_, path)))) {
-    file_.reset();
-    image_.clear();
-    sizeKib_ = 0;
+    Close();
     return Result::kFailed;
   }
   isManager_ = EqualIgnoringCase(SplitPath(path_).title, SplitPath(IfoName(0)).title);

@@ -67,6 +67,8 @@ class IfoFile {
   // whole KiB. Fails, and leaves nothing loaded, on a file that is missing, cannot be read, or is
   // smaller than 1 KiB or larger than 64 MiB.
   Result Load(const std::string& path);
+  // Forgets the image and closes the file.
+  void Close();
   [[nodiscard]] bool Loaded() const { return loaded_; }
   [[nodiscard]] bool IsManager() const { return isManager_; }
   // Whether Load could open the file for writing.

@@ -1,0 +1,16 @@
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "base/platform.h"
+#include "cli/cli.h"
+
+int main(int argc, char** argv) {
+  using namespace quillomar;
+  PrepareEnvironment();
+  const auto files = MakeDiskFileSystem();
+  Session session(*files, std::make_unique<DirectTransactionSource>());
+  const CliStreams streams{std::cin, std::cout, std::cerr, IsTerminal(StandardStream::kIn),
+                           IsTerminal(StandardStream::kError)};
+  return RunCli({argv + 1, argv + argc}, session, streams);
+}

@@ -1,0 +1,68 @@
+#include "editor/command_table.h"
+
+#include <algorithm>
+#include <array>
+
+#include "editor/editor.h"
+
+namespace quillomar {
+namespace {
+
+using enum CommandId;
+using enum Guard;
+
+constexpr CommandHandler kNotBuilt = nullptr;
+
+// clang-format off
+constexpr auto kCommands = std::to_array<Command>({
+    {kOpenVobs, "openVobs", Menu::kFile, "Open VOB file(s)", "", kAlways, &Editor::OpenVobs},
+    {kOpenFullDomain, "openFullDomain", Menu::kFile, "Open full domain", "", kAlways, &Editor::OpenFullDomain},
+    {kOpenSup, "openSup", Menu::kFile, "Open .SUP file \t(Ctrl-U)", "Ctrl+U", kIdle, kNotBuilt},
+    {kOpenIfo, "openIfo", Menu::kFile, "Open IFO", "Ctrl+J", kIdle, kNotBuilt},
+    {kSaveAll, "saveAll", Menu::kFile, "Save all modifications \t(Ctrl-S)", "Ctrl+S", kIdleWithSet, &Editor::SaveAll, true},
+    {kSaveSup, "saveSup", Menu::kFile, "Save selected subpics as .SUP file", "", kIdleWithUnit, kNotBuilt},
+    {kSaveBitmap, "saveBitmap", Menu::kFile, "Save current subpic as a bitmap", "", kIdleWithUnit, kNotBuilt, true},
+    {kSaveFrame, "saveFrame", Menu::kFile, "Save current video frame as .BMP", "", kIdleWithSet, kNotBuilt},
+    {kReplaceBitmap, "replaceBitmap", Menu::kFile, "Replace current subpic with .BMP file", "", kIdleWithUnit, kNotBuilt},
+    {kEditBitmap, "editBitmap", Menu::kFile, "Edit subpic bitmap with external tool\t(Ctrl-Shift-E)", "Ctrl+Shift+E", kIdleWithUnit, kNotBuilt},
+    {kPreferences, "preferences", Menu::kFile, "Preferences", "", kIdle, kNotBuilt, true},
+    {kExit, "exit", Menu::kFile, "Exit", "", kAlways, &Editor::Exit, true},
+
+    {kApplyLast, "applyLast", Menu::kEdit, "Apply last modifications \t(Ctrl-V)", "Ctrl+V", kIdleWithUnit, kNotBuilt},
+    {kApplyLastToAll, "applyLastToAll", Menu::kEdit, "Apply last modifications to all \t(Ctrl-A)", "Ctrl+A", kIdleWithUnit, kNotBuilt},
+    {kReloadUnit, "reloadUnit", Menu::kEdit, "Reload this SPU from file \t(Ctrl-Z)", "Ctrl+Z", kIdleWithUnit, &Editor::ReloadCurrent, true},
+    {kReloadAll, "reloadAll", Menu::kEdit, "Reload all SPUs from file", "", kIdleWithSet, kNotBuilt},
+
+    {kOcrCurrent, "ocrCurrent", Menu::kOcr, "OCR current subpic \t(Ctrl-T)", "Ctrl+T", kIdleWithUnit, kNotBuilt},
+    {kOcrSelected, "ocrSelected", Menu::kOcr, "OCR selected subpics \t(Ctrl-Shift-T)", "Ctrl+Shift+T", kIdleWithUnit, kNotBuilt},
+    {kHideHearingImpaired, "hideHearingImpaired", Menu::kOcr, "Hide hearing impaired text in current subpic \t(Ctrl+W)", "Ctrl+W", kIdleWithUnit, kNotBuilt, true},
+    {kHideHearingImpairedAll, "hideHearingImpairedAll", Menu::kOcr, "Hide hearing impaired text in all selected subpics", "Ctrl+Shift+W", kIdleWithUnit, kNotBuilt},
+
+    {kViewLog, "viewLog", Menu::kHelp, "View Log File", "", kAlways, &Editor::ViewLog},
+    {kManual, "manual", Menu::kHelp, "User Manual\t(F1)", "F1", kAlways, &Editor::ShowManual, true},
+    {kWeb, "web", Menu::kHelp, "On the web", "", kAlways, &Editor::ShowWeb},
+    {kGuideHearingImpaired, "guideHearingImpaired", Menu::kHelp, "Guide: Remove hearing impaired text", "", kAlways, &Editor::ShowGuideHearingImpaired},
+    {kGuideColours, "guideColours", Menu::kHelp, "Guide: Changing subtitle colors", "", kAlways, &Editor::ShowGuideColours},
+    {kAbout, "about", Menu::kHelp, "About Quillomar", "", kAlways, &Editor::ShowAbout, true},
+
+    {kAbort, "abort", Menu::kNone, "Abort", "Esc", kAlways, &Editor::Abort},
+    {kPrevious, "previous", Menu::kNone, "Previous subpic", "Left", kAlways, &Editor::GoPrevious},
+    {kNext, "next", Menu::kNone, "Next subpic", "Right", kAlways, &Editor::GoNext},
+    {kFirst, "first", Menu::kNone, "First subpic", "Home", kAlways, &Editor::GoFirst},
+    {kLast, "last", Menu::kNone, "Last subpic", "End", kAlways, &Editor::GoLast},
+    {kRedraw, "redraw", Menu::kNone, "Redraw the window", "F5", kAlways, &Editor::Redraw},
+});
+// clang-format on
+
+}  // namespace
+
+std::span<const Command> Commands() {
+  return kCommands;
+}
+
+const Command& FindCommandById(CommandId id) {
+  return *std::find_if(kCommands.begin(), kCommands.end(),
+                       [id](const Command& command) { return command.id == id; });
+}
+
+}  // namespace quillomar

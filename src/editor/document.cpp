@@ -1,0 +1,180 @@
+#include "editor/document.h"
+
+#include <algorithm>
+
+#include "base/format.h"
+#include "dvd/vob_name.h"
+#include "spu/write_back.h"
+
+namespace quillomar {
+
+Document::Document(Session& session)
+    : session_(session),
+      set_(session.files, session.reporter),
+      ifo_(session.files, session.reporter) {}
+
+void Document::Reset() {
+  set_.Reset();
+  ifo_.Close();
+  cells_ = {};
+  results_ = {};
+  for (auto& gatherer : gatherers_) gatherer.reset();
+  streamCounts_.fill(0);
+  session_.limit.Reset();
+  const std::lock_guard lock(mutex_);
+  units_.clear();
+  standard_ = VideoStandard::kUnknown;
+  highestStream_ = -1;
+}
+
+void Document::Prepare() {
+  set_.Validate();
+  if (set_.Empty()) return;
+  const std::string& firstVob = set_.Files().front().path;
+  const std::string path = FindIgnoringCase(session_.files, IfoPathOfVob(firstVob));
+  if (Failed(ifo_.Load(path))) {
+    session_.reporter.LogLine(
+        Format("Couldn't read %s, the colors of the subpics are unknown", path.c_str()));
+    return;
+  }
+  cells_ = BuildCellMap(ifo_, firstVob);
+}
+
+void Document::Scan(std::optional<std::vector<std::uint32_t>> lbas) {
+  Scanner scanner(set_, *this, session_.reporter, session_.job);
+  scanner.Scan({session_.preferences.alertIfClosedCaptions != 0, std::move(lbas)}, results_);
+  for (auto& gatherer : gatherers_) gatherer.reset();
+}
+
+UnitList Document::Units() const {
+  const std::lock_guard lock(mutex_);
+  return units_;
+}
+
+int Document::UnitCount() const {
+  const std::lock_guard lock(mutex_);
+  return static_cast<int>(units_.size());
+}
+
+VideoStandard Document::Standard() const {
+  const std::lock_guard lock(mutex_);
+  return standard_;
+}
+
+int Document::HighestStream() const {
+  const std::lock_guard lock(mutex_);
+  return highestStream_;
+}
+
+SpuContext Document::Context() {
+  return {session_.reporter, session_.limit, Standard()};
+}
+
+GatherResult Document::TakePack(SectorView pack, const PackContext& context) {
+  auto& gatherer = gatherers_.at(static_cast<std::size_t>(context.stream));
+  if (!gatherer) gatherer = std::make_unique<SpuGatherer>(set_);
+  return gatherer->GatherPack(pack, context, Context());
+}
+
+bool Document::CompleteUnit(int stream, std::int64_t timeOffset) {
+  auto& gatherer = gatherers_.at(static_cast<std::size_t>(stream));
+  auto unit = std::make_shared<SubpictureUnit>(std::move(gatherer->Unit()));
+  gatherer->Reset();
+  if (unit->packs.empty()) return false;
+  unit->globalTime = unit->state.pts + timeOffset;
+  unit->clut = cells_.ClutOf(unit->vcid);
+  unit->numberInStream = ++streamCounts_.at(static_cast<std::size_t>(stream));
+  const std::lock_guard lock(mutex_);
+  unit->number = static_cast<int>(units_.size()) + 1;
+  highestStream_ = std::max(highestStream_, stream);
+  units_.push_back(std::move(unit));
+  return true;
+}
+
+void Document::DropUnit(int stream) {
+  gatherers_.at(static_cast<std::size_t>(stream))->Reset();
+}
+
+void Document::StandardFound(VideoStandard standard) {
+  const std::lock_guard lock(mutex_);
+  standard_ = standard;
+}
+
+bool Document::Modified() const {
+  const UnitList units = Units();
+  const auto unitModified = [](const UnitPointer& unit) { return unit->state.modified; };
+  const auto clutModified = [](const ClutRecord& clut) { return clut.Modified(); };
+  return std::any_of(units.begin(), units.end(), unitModified) ||
+         std::any_of(cells_.cluts.begin(), cells_.cluts.end(), clutModified);
+}
+
+Result Document::Save(JobControl& control) {
+  const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
+  UnitList saved;
+  const Result cluts = SaveCluts(*transaction);
+  const Result units = SaveUnits(*transaction, control, saved);
+  if (Failed(transaction->Commit())) {
+    session_.reporter.ReportError(
+        "The changes could not be written safely to the disk.\n"
+        "Keep the files open and save again once the disk works.");
+    return Result::kFailed;
+  }
+  if (!Failed(cluts)) {
+    for (ClutRecord& clut : cells_.cluts) clut.saved = clut.entries;
+  }
+  for (const UnitPointer& unit : saved) (void)ReloadUnit(*unit);
+  return Failed(cluts) ? cluts : units;
+}
+
+Result Document::SaveCluts(WriteTransaction& transaction) {
+  bool any = false;
+  for (const ClutRecord& clut : cells_.cluts) {
+    if (!clut.Modified()) continue;
+    any = true;
+    if (Failed(ifo_.SetClut(clut.languageUnit, clut.pgc, clut.entries))) return Result::kFailed;
+  }
+  if (!any) return Result::kDone;
+  const Result result = ifo_.Write(transaction);
+  if (Failed(result)) {
+    session_.reporter.ReportError(
+        Format("Couldn't write the colors to %s or its backup", ifo_.Path().c_str()));
+  }
+  return result;
+}
+
+Result Document::SaveUnits(WriteTransaction& transaction, JobControl& control, UnitList& saved) {
+  const UnitList units = Units();
+  Result result = Result::kDone;
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    control.percent = static_cast<int>(i * 100 / units.size());
+    if (!units[i]->state.modified) continue;
+    if (Failed(WriteBack(*units[i], set_, transaction, Context()))) {
+      result = Result::kFailed;
+    } else {
+      saved.push_back(units[i]);
+    }
+  }
+  return result;
+}
+
+Result Document::ReloadUnit(SubpictureUnit& unit) {
+  return Reload(unit, set_, Context());
+}
+
+ClutRecord* Document::EditableClut(int languageUnit, int pgc) {
+  const auto found = std::find_if(
+      cells_.cluts.begin(), cells_.cluts.end(),
+      [&](const ClutRecord& clut) { return clut.languageUnit == languageUnit && clut.pgc == pgc; });
+  if (found != cells_.cluts.end()) return &*found;
+  if (!ifo_.Loaded()) return nullptr;
+  const auto clut = ifo_.Clut(languageUnit, pgc);
+  if (!clut) return nullptr;
+  cells_.cluts.push_back({*clut, *clut, languageUnit, pgc});
+  return &cells_.cluts.back();
+}
+
+void Document::RevertCluts() {
+  for (ClutRecord& clut : cells_.cluts) clut.entries = clut.saved;
+}
+
+}  // namespace quillomar

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "dvd/cell_map.h"
+#include "dvd/ifo_file.h"
+#include "dvd/pack_consumer.h"
+#include "dvd/scanner.h"
+#include "dvd/vob_file_set.h"
+#include "editor/session.h"
+#include "spu/gather.h"
+#include "spu/spu_context.h"
+#include "spu/subpicture_unit.h"
+
+namespace quillomar {
+
+using UnitPointer = std::shared_ptr<SubpictureUnit>;
+using UnitList = std::vector<UnitPointer>;
+
+// The open file set with everything that a scan found in it. Scan and Save run on the worker; while
+// a scan runs the front end may call Units, Standard and HighestStream and work with finished
+// units.
+class Document final : private PackConsumer {
+ public:
+  explicit Document(Session& session);
+
+  // Forgets everything and closes the files.
+  void Reset();
+  Result AddFile(const std::string& path) { return set_.AddFile(path); }
+  Result OpenFullDomain(const std::string& path) { return set_.OpenFullDomain(path); }
+  // After the files were added: brings them in order and reads the IFO of the first. A missing IFO
+  // is logged; the colours are then unknown.
+  void Prepare();
+  void Scan(std::optional<std::vector<std::uint32_t>> lbas);
+
+  [[nodiscard]] bool IsOpen() const { return !set_.Empty(); }
+  [[nodiscard]] const VobFileSet& Files() const { return set_; }
+  // All units in the order of the scan, as a snapshot.
+  [[nodiscard]] UnitList Units() const;
+  [[nodiscard]] int UnitCount() const;
+  [[nodiscard]] VideoStandard Standard() const;
+  // 0 to 31, -1 without subpictures.
+  [[nodiscard]] int HighestStream() const;
+  // Only between scans.
+  [[nodiscard]] const ScanResults& Results() const { return results_; }
+  [[nodiscard]] const CellMap& Cells() const { return cells_; }
+  [[nodiscard]] CellMap& Cells() { return cells_; }
+  [[nodiscard]] IfoFile& Ifo() { return ifo_; }
+  [[nodiscard]] SpuContext Context();
+
+  // Some unit or CLUT has changes that are not saved.
+  [[nodiscard]] bool Modified() const;
+  // Writes modified CLUTs, then every modified unit, in one transaction, and reads the units again.
+  // What could not be written is reported and stays modified. `progress` gets the units done and
+  // their number.
+  Result Save(JobControl& control);
+  Result ReloadUnit(SubpictureUnit& unit);
+  // The colour table of a program chain, also of one outside the open domain; null when the IFO has
+  // no such chain. Valid until the next call.
+  [[nodiscard]] ClutRecord* EditableClut(int languageUnit, int pgc);
+  // Takes back unsaved changes of all CLUTs.
+  void RevertCluts();
+
+ private:
+  GatherResult TakePack(SectorView pack, const PackContext& context) override;
+  bool CompleteUnit(int stream, std::int64_t timeOffset) override;
+  void DropUnit(int stream) override;
+  void StandardFound(VideoStandard standard) override;
+  Result SaveCluts(WriteTransaction& transaction);
+  Result SaveUnits(WriteTransaction& transaction, JobControl& control, UnitList& saved);
+
+  Session& session_;
+  VobFileSet set_;
+  IfoFile ifo_;
+  CellMap cells_;
+  ScanResults results_;
+  std::array<std::unique_ptr<SpuGatherer>, kSubpictureStreams> gatherers_;
+  std::array<int, kSubpictureStreams> streamCounts_{};  // units finished, by stream
+
+  mutable std::mutex mutex_;  // guards the three below
+  UnitList units_;
+  VideoStandard standard_ = VideoStandard::kUnknown;
+  int highestStream_ = -1;
+};
+
+}  // namespace quillomar

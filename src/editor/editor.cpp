@@ -1,0 +1,115 @@
+#include "editor/editor.h"
+
+#include <algorithm>
+
+#include "editor/job_labels.h"
+#include "editor/view_builder.h"
+
+namespace quillomar {
+namespace {
+
+// During a scan the list is shown anew at every fifth tick.
+constexpr int kTicksPerListRefresh = 5;
+
+bool GrowsList(Operation operation) {
+  return operation == Operation::kScanning || operation == Operation::kLoadingRecent;
+}
+
+}  // namespace
+
+Editor::Editor(Session& session, FrontEnd& frontEnd, JobRunner& runner)
+    : session_(session), frontEnd_(frontEnd), runner_(runner), document_(session) {}
+
+bool Editor::Enabled(const Command& command) const {
+  if (command.handler == nullptr) return false;
+  switch (command.guard) {
+    case Guard::kAlways:
+      return true;
+    case Guard::kIdle:
+      return !busy_;
+    case Guard::kIdleWithSet:
+      return !busy_ && document_.IsOpen();
+    case Guard::kIdleWithUnit:
+      return !busy_ && selection_.Current() != nullptr;
+  }
+  return false;
+}
+
+void Editor::Run(CommandId id) {
+  const Command& command = FindCommandById(id);
+  if (Enabled(command)) (this->*command.handler)();
+}
+
+void Editor::StartJob(Operation operation, const std::string& title, Work work, Work afterwards) {
+  if (busy_) return;
+  busy_ = true;
+  jobChangesUnits_ = !GrowsList(operation);
+  ticks_ = 0;
+  session_.job.abortRequested = false;
+  session_.job.percent = 0;
+  session_.job.operation = operation;
+  session_.reporter.ClearStatusText();
+  frontEnd_.JobStarted(title);
+  runner_.Run(std::move(work), [this, afterwards = std::move(afterwards)] {
+    if (afterwards) afterwards();
+    busy_ = false;
+    jobChangesUnits_ = false;
+    session_.job.operation = Operation::kNone;
+    session_.job.percent = 0;
+    frontEnd_.JobEnded();
+    RefillList();
+  });
+}
+
+std::string Editor::JobLabel() const {
+  return JobLabelText(session_.job.operation);
+}
+
+void Editor::Tick() {
+  if (!busy_) return;
+  const Operation operation = session_.job.operation;
+  if (operation != Operation::kNone && operation != Operation::kScanning) {
+    const int percent = session_.job.percent;
+    session_.reporter.LogLine(std::to_string(percent) + "% done");
+  }
+  if (GrowsList(operation) && ++ticks_ % kTicksPerListRefresh == 0) RefillList();
+}
+
+void Editor::RefillList() {
+  if (jobChangesUnits_) return;
+  selection_.Refill(document_.Units());
+  UpdateView();
+}
+
+void Editor::UpdateView() {
+  if (jobChangesUnits_) return;
+  view_ = BuildView(document_, selection_, session_.preferences, onlyType_);
+  view_.canEdit = view_.hasUnit && !busy_;
+  frontEnd_.Refresh();
+  WarnIfOnly4x3();
+}
+
+void Editor::WarnIfOnly4x3() {
+  const UnitPointer unit = selection_.Current();
+  if (session_.warnedOfOnly4x3 || session_.preferences.warnIfOnly4x3 == 0 || !unit) return;
+  const CellEntry* const cell = document_.Cells().Find(unit->vcid);
+  if (cell == nullptr || !OnlyFor4x3(*cell)) return;
+  session_.warnedOfOnly4x3 = true;
+  session_.reporter.ReportError(
+      "Warning! This VTS can only be displayed as a 4:3 aspect ratio\n"
+      "Don't move the subtitles in the black bar or you won't be able to zoom on your TV.");
+}
+
+void Editor::Redraw() {
+  UpdateView();
+}
+
+void Editor::Abort() {
+  if (busy_) session_.job.abortRequested = true;
+}
+
+void Editor::Exit() {
+  frontEnd_.CloseWindow();
+}
+
+}  // namespace quillomar

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "editor/command_table.h"
+#include "editor/document.h"
+#include "editor/front_end.h"
+#include "editor/selection.h"
+#include "editor/session.h"
+#include "editor/view.h"
+
+namespace quillomar {
+
+// The whole program without a window: what every command does, checks, asks and says. Lives on one
+// thread; only jobs run elsewhere.
+class Editor {
+ public:
+  Editor(Session& session, FrontEnd& frontEnd, JobRunner& runner);
+
+  // Runs a command if its guard holds and it is built.
+  void Run(CommandId id);
+  [[nodiscard]] bool Enabled(const Command& command) const;
+
+  // Opens files as the command line or a drop names them. `fullDomain`: the whole domain of the
+  // first.
+  void OpenFiles(const std::vector<std::string>& paths, bool fullDomain);
+  // Files dropped on the window, with the refusals of drops.
+  void DropFiles(const std::vector<std::string>& paths);
+
+  // The question whether unsaved work may be lost; true when it may, or when there is none.
+  [[nodiscard]] bool MayClose();
+  // Releases the open files.
+  void CloseFiles();
+
+  // Selectors; indices are those of the View's entries (0: all).
+  void ChooseStream(int entry);
+  void ChooseVcid(int entry);
+  void ChooseSequence(int entry);
+  void StepStream(int direction);
+  void StepVcid(int direction);
+  void GoTo(int index);
+  void SetModifiedOnly(bool on);
+  void SetForcedOnly(bool on);
+  // Shows one pixel type alone; again: all.
+  void ToggleOnlyType(int pixelType);
+
+  // Edits of the current unit.
+  void SetColour(int pixelType, int clutEntry);
+  // `which` as SetAlpha takes it.
+  void SetTransparency(int alpha, int which);
+  // Asks for a colour for the entry that a pixel type shows and changes the CLUT.
+  void EditClutEntry(int pixelType);
+
+  // Command handlers.
+  void OpenVobs();
+  void OpenFullDomain();
+  void SaveAll();
+  void ReloadCurrent();
+  void Abort();
+  void Exit();
+  void ViewLog();
+  void ShowManual();
+  void ShowWeb();
+  void ShowGuideHearingImpaired();
+  void ShowGuideColours();
+  void ShowAbout();
+  void GoPrevious();
+  void GoNext();
+  void GoFirst();
+  void GoLast();
+  void Redraw();
+
+  // While a job runs: percent line into the log, growing list. Called about every 200 ms.
+  void Tick();
+  // Label of the running job for the progress display; empty without one.
+  [[nodiscard]] std::string JobLabel() const;
+
+  [[nodiscard]] bool Busy() const { return busy_; }
+  [[nodiscard]] const View& CurrentView() const { return view_; }
+  [[nodiscard]] Document& Doc() { return document_; }
+  [[nodiscard]] Selection& List() { return selection_; }
+  [[nodiscard]] Session& Context() { return session_; }
+
+ private:
+  using Work = std::function<void()>;
+
+  bool CloseCheck();
+  void StartScan();
+  void StartJob(Operation operation, const std::string& title, Work work, Work afterwards);
+  void RefillList();
+  void UpdateView();
+  void EditCurrent(const std::function<Result(SubpictureUnit&)>& edit);
+  void AddFiles(const std::vector<std::string>& paths);
+  void AddFullDomain(const std::string& path);
+  void ReportUnopened(const std::string& path);
+  void WarnIfOnly4x3();
+  [[nodiscard]] bool UnitMayBeEdited();
+
+  Session& session_;
+  FrontEnd& frontEnd_;
+  JobRunner& runner_;
+  Document document_;
+  Selection selection_;
+  View view_;
+  std::optional<int> onlyType_;
+  bool busy_ = false;
+  bool jobChangesUnits_ = false;  // the view must not look at units until the job has ended
+  int ticks_ = 0;
+};
+
+}  // namespace quillomar

@@ -1,0 +1,123 @@
+// Walking the list and changing the current unit.
+
+#include <algorithm>
+
+#include "editor/editor.h"
+#include "editor/view_builder.h"
+#include "spu/colour_edit.h"
+
+namespace quillomar {
+namespace {
+
+constexpr std::array<const char*, kPixelTypes> kColourTitles = {
+    "Pick color for background pixel",
+    "Pick color for text pixel. ",
+    "Pick color for anti-alias pixel 1",
+    "Pick color for anti-alias pixel 2",
+};
+
+}  // namespace
+
+void Editor::GoTo(int index) {
+  if (jobChangesUnits_) return;
+  if (selection_.SetIndex(index)) UpdateView();
+}
+
+void Editor::GoPrevious() {
+  GoTo(selection_.Index() - 1);
+}
+void Editor::GoNext() {
+  GoTo(selection_.Index() + 1);
+}
+void Editor::GoFirst() {
+  GoTo(0);
+}
+void Editor::GoLast() {
+  GoTo(selection_.Count() - 1);
+}
+
+void Editor::ChooseStream(int entry) {
+  if (entry < 0 || entry > document_.HighestStream() + 1) return;
+  selection_.filter.stream = entry == 0 ? std::nullopt : std::optional<int>(entry - 1);
+  RefillList();
+}
+
+void Editor::ChooseVcid(int entry) {
+  const std::vector<Vcid> vcids = VcidsOf(document_.Units());
+  if (entry < 0 || entry > static_cast<int>(vcids.size())) return;
+  selection_.filter.vcid =
+      entry == 0 ? std::nullopt : std::optional<Vcid>(vcids[static_cast<std::size_t>(entry) - 1]);
+  RefillList();
+}
+
+void Editor::StepStream(int direction) {
+  ChooseStream(view_.stream + direction);
+}
+void Editor::StepVcid(int direction) {
+  ChooseVcid(view_.vcid + direction);
+}
+
+void Editor::SetModifiedOnly(bool on) {
+  selection_.filter.modifiedOnly = on;
+  RefillList();
+}
+
+void Editor::SetForcedOnly(bool on) {
+  selection_.filter.forcedOnly = on;
+  RefillList();
+}
+
+void Editor::ChooseSequence(int entry) {
+  if (jobChangesUnits_) return;
+  const UnitPointer unit = selection_.Current();
+  if (!unit || entry < 0 || entry > static_cast<int>(unit->state.sequences.size())) return;
+  unit->allSequences = entry == 0;
+  (void)SelectControlSequence(*unit, std::max(entry - 1, 0));
+  UpdateView();
+}
+
+void Editor::ToggleOnlyType(int pixelType) {
+  onlyType_ = onlyType_ == pixelType ? std::nullopt : std::optional<int>(pixelType);
+  UpdateView();
+}
+
+bool Editor::UnitMayBeEdited() {
+  return !busy_ && selection_.Current() != nullptr;
+}
+
+// Edits that go through several sequences leave the last one selected; the one shown stays.
+void Editor::EditCurrent(const std::function<Result(SubpictureUnit&)>& edit) {
+  if (!UnitMayBeEdited()) return;
+  SubpictureUnit& unit = *selection_.Current();
+  const int shown = unit.currentSequence;
+  (void)edit(unit);
+  (void)SelectControlSequence(unit, shown);
+  UpdateView();
+}
+
+void Editor::SetColour(int pixelType, int clutEntry) {
+  EditCurrent(
+      [=](SubpictureUnit& unit) { return quillomar::SetColour(unit, clutEntry, pixelType); });
+}
+
+void Editor::SetTransparency(int alpha, int which) {
+  EditCurrent([=, this](SubpictureUnit& unit) {
+    return SetAlpha(unit, alpha, which, document_.Context());
+  });
+}
+
+void Editor::EditClutEntry(int pixelType) {
+  if (!UnitMayBeEdited() || pixelType < 0 || pixelType >= kPixelTypes) return;
+  const auto type = static_cast<std::size_t>(pixelType);
+  ClutRecord* const clut = ClutOfUnit(document_, *selection_.Current());
+  const std::optional<int> entry = view_.swatches[type].clutEntry;
+  if (clut == nullptr || !entry) return;
+  YCrCb& colour = clut->entries.at(static_cast<std::size_t>(*entry));
+  const auto chosen = frontEnd_.ChooseColour(kColourTitles[type], ToRgb(colour));
+  if (!chosen) return;
+  // What looks the same is not converted: the disc's own value may have no exact way back.
+  if (*chosen != ToRgb(colour)) colour = ToYCrCb(*chosen);
+  UpdateView();
+}
+
+}  // namespace quillomar

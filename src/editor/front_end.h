@@ -1,0 +1,67 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/job_control.h"
+#include "dvd/clut.h"
+
+namespace quillomar {
+
+// What a file dialog is opened with.
+struct FileRequest {
+  std::string title;
+  std::string
+      filter;  // "VOB Files (*.vob)|*.vob||": label and pattern by turns, closed by an empty one
+  std::string folder;  // where it starts; empty: the system's choice
+  std::string name;    // proposed name
+  bool several = false;
+  bool forSaving = false;
+};
+
+// Everything that a command may want from a front end beyond messages and questions. Called on the
+// thread that runs commands.
+class FrontEnd {
+ public:
+  virtual ~FrontEnd() = default;
+
+  // Paths chosen; empty when the user cancelled.
+  virtual std::vector<std::string> ChooseFiles(const FileRequest& request) = 0;
+  virtual std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) = 0;
+  // Opens a document or page with the program that the system keeps for it.
+  virtual bool OpenDocument(const std::string& pathOrUrl) = 0;
+  // A plain message.
+  virtual void ShowMessage(const std::string& text) = 0;
+  virtual void ShowAbout() = 0;
+  // Writes the manual (PDF) to a path; fails without a word when it cannot.
+  virtual void ExtractManual(const std::string& path) = 0;
+  // Address of one of the program's own pages, by file name.
+  virtual std::string PageAddress(const std::string& page) = 0;
+  virtual void CloseWindow() = 0;
+
+  // The file set, the list or the current unit has changed: show it anew.
+  virtual void Refresh() = 0;
+  // A job has begun or ended.
+  virtual void JobStarted(const std::string& title) = 0;
+  virtual void JobEnded() = 0;
+};
+
+// Runs one job at a time. `work` runs on the worker, `finished` on the thread that called Run.
+class JobRunner {
+ public:
+  virtual ~JobRunner() = default;
+  virtual void Run(std::function<void()> work, std::function<void()> finished) = 0;
+};
+
+// Runs jobs on the calling thread, before Run returns.
+class InlineJobRunner final : public JobRunner {
+ public:
+  void Run(std::function<void()> work, std::function<void()> finished) override {
+    work();
+    finished();
+  }
+};
+
+}  // namespace quillomar

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "dvd/clut.h"
+#include "editor/session.h"
+#include "spu/subpicture_unit.h"
+
+namespace quillomar {
+
+// What the four pixel types look like in the current sequence.
+struct DisplayPalette {
+  std::array<Rgb, kPixelTypes> colours{};
+  std::array<int, kPixelTypes> alphas{};  // 0 to 15
+  std::array<std::optional<int>, kPixelTypes>
+      entries{};  // CLUT indices; nothing for automatic colours
+};
+
+// Colours come from the CLUT through the unit's set-colour command; without either they are the
+// automatic ones of the preferences. A unit without a set-contrast command shows all types opaque.
+[[nodiscard]] DisplayPalette MakeDisplayPalette(const SubpictureUnit& unit, const ClutRecord* clut,
+                                                const Preferences& preferences);
+
+// A subpicture as pixels to be laid over the frame.
+struct SubpicturePicture {
+  int x = 0, y = 0;  // place on the frame: pixels, lines
+  int width = 0, height = 0;
+  std::vector<std::uint8_t> rgba;  // 4 bytes a pixel, not premultiplied, row 0 on top
+};
+
+// Shows only one pixel type when `onlyType` is set. The unit's bitmap must be decoded.
+[[nodiscard]] SubpicturePicture ComposePicture(const SubpictureUnit& unit,
+                                               const DisplayPalette& palette,
+                                               std::optional<int> onlyType);
+
+}  // namespace quillomar

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "dvd/sector.h"
+#include "dvd/video_standard.h"
+#include "editor/picture.h"
+
+namespace quillomar {
+
+// One of the four pixel types as the window shows it.
+struct Swatch {
+  std::string letter;  // 'b', 'p', 'e1', 'e2' as in "'b' (background)"
+  std::string tooltip;
+  Rgb colour;
+  int alpha = 0;                 // 0 to 15
+  std::optional<int> clutEntry;  // nothing for automatic colours
+  bool used = false;             // the bitmap has such pixels
+};
+
+struct StreamChoice {
+  std::string label;
+};
+
+// Everything the window shows, as one snapshot that a running job never changes.
+struct View {
+  bool hasSet = false;
+  std::string title;  // of the window: path of the first file
+  VideoStandard standard = VideoStandard::kUnknown;
+  int aspect = 0;  // sequence header's code: 2 is 4:3, 3 is 16:9
+
+  int count = 0;                     // units in the filtered list
+  int index = 0;                     // current one, from 0
+  std::vector<std::string> streams;  // entry 0 "All Streams"
+  int stream = 0;                    // chosen entry
+  std::vector<std::string> vcids;    // entry 0 "All VCID"
+  int vcid = 0;
+  std::vector<std::string> sequences;  // entry 0 "All DCSQTs"
+  int sequence = 0;
+
+  bool hasUnit = false;
+  SubpicturePicture picture;
+  std::string infoRtf;
+  std::array<Swatch, kPixelTypes> swatches;
+  std::optional<RgbClut> clut;
+  std::string clutTooltip;
+  int textAlpha = 0;     // transparency slider, 0 to 15
+  bool canEdit = false;  // unit and its set may be changed
+};
+
+}  // namespace quillomar

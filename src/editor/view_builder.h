@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+
+#include "editor/document.h"
+#include "editor/selection.h"
+#include "editor/view.h"
+
+namespace quillomar {
+
+// Takes the snapshot that the window shows. Decodes the current unit's bitmap.
+[[nodiscard]] View BuildView(Document& document, const Selection& selection,
+                             const Preferences& preferences, std::optional<int> onlyType);
+
+// Program chain whose colours a unit has; null when it is unknown.
+[[nodiscard]] ClutRecord* ClutOfUnit(Document& document, const SubpictureUnit& unit);
+
+// VOB id and cell id pairs of the units, in the order in which they come.
+[[nodiscard]] std::vector<Vcid> VcidsOf(const UnitList& units);
+
+// "4:3", "WS", "LB" and "P&S" of a stream's display modes, joined by "+".
+[[nodiscard]] std::string DisplayModeNames(std::uint8_t modes);
+
+// True when no stream of the cell has a display mode besides 4:3 and some stream has that one.
+[[nodiscard]] bool OnlyFor4x3(const CellEntry& cell);
+
+}  // namespace quillomar

@@ -1,0 +1,72 @@
+#include "disc/disc_copy.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace quillomar::test {
+namespace {
+
+std::string DiscsFolder() {
+  return EnvironmentVariable("QUILLOMAR_DISCS").value_or("");
+}
+
+}  // namespace
+
+bool DiscCopy::Available() {
+  return !DiscsFolder().empty();
+}
+
+DiscCopy::DiscCopy(const std::string& name) {
+  std::string pattern = testing::TempDir() + "/discXXXXXX";
+  folder_ = mkdtemp(pattern.data());
+  std::filesystem::copy(DiscsFolder() + "/" + name + "/VIDEO_TS", folder_,
+                        std::filesystem::copy_options::recursive);
+}
+
+DiscCopy::~DiscCopy() {
+  std::error_code error;
+  std::filesystem::remove_all(folder_, error);
+}
+
+std::vector<std::string> DiscCopy::TitleVobs() const {
+  std::vector<std::string> paths;
+  for (int piece = 1; piece <= 9; ++piece) {
+    const std::string path = Path("VTS_01_" + std::to_string(piece) + ".VOB");
+    if (std::filesystem::exists(path)) paths.push_back(path);
+  }
+  return paths;
+}
+
+CliOutcome Cli(std::vector<std::string> arguments, const std::vector<std::string>& files) {
+  arguments.insert(arguments.end(), files.begin(), files.end());
+  const auto disk = MakeDiskFileSystem();
+  Session session(*disk, std::make_unique<DirectTransactionSource>());
+  std::istringstream in;
+  std::ostringstream out;
+  std::ostringstream err;
+  const int exitCode = RunCli(arguments, session, {in, out, err});
+  return {exitCode, out.str(), err.str()};
+}
+
+OpenEditor::OpenEditor(const std::vector<std::string>& paths) {
+  const auto agree = [this](const std::string& question) {
+    questions.push_back(question);
+    return true;
+  };
+  const auto showError = [this](const std::string& text) {
+    errors.push_back(text);
+    return 1;
+  };
+  editor_.Context().reporter.InstallHooks({showError, agree, agree});
+  editor_.OpenFiles(paths, false);
+}
+
+Bytes FileBytes(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+}  // namespace quillomar::test

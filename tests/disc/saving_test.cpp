@@ -1,0 +1,171 @@
+// Changes of colour and transparency, saved in place.
+
+#include <dvdread/dvd_reader.h>
+#include <dvdread/ifo_read.h>
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "disc/disc_copy.h"
+#include "disc/ffmpeg_subtitles.h"
+
+namespace quillomar {
+namespace {
+
+using test::Cli;
+using test::DiscCopy;
+using test::FfmpegSubtitle;
+using test::FileBytes;
+using test::OpenEditor;
+
+class SavedDisc : public testing::TestWithParam<const char*> {
+ protected:
+  void SetUp() override {
+    if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS is not set";
+    disc = std::make_unique<DiscCopy>(GetParam());
+    vobs = disc->TitleVobs();
+  }
+
+  [[nodiscard]] Bytes AllBytes() const {
+    Bytes all;
+    for (const std::string& path : vobs) {
+      const Bytes bytes = FileBytes(path);
+      all.insert(all.end(), bytes.begin(), bytes.end());
+    }
+    return all;
+  }
+
+  // LBAs in set of all packs of all subpictures.
+  [[nodiscard]] std::set<std::uint32_t> SubpicturePacks() const {
+    std::set<std::uint32_t> lbas;
+    OpenEditor editor(vobs);
+    for (const UnitPointer& unit : editor->Doc().Units()) {
+      for (const SpuPack& pack : unit->packs) lbas.insert(pack.lba);
+    }
+    return lbas;
+  }
+
+  std::unique_ptr<DiscCopy> disc;
+  std::vector<std::string> vobs;
+};
+
+void ExpectSamePictures(const std::vector<FfmpegSubtitle>& now,
+                        const std::vector<FfmpegSubtitle>& before, bool sameColours) {
+  ASSERT_EQ(now.size(), before.size());
+  for (std::size_t i = 0; i < now.size(); ++i) {
+    EXPECT_EQ(now[i].pts, before[i].pts);
+    EXPECT_EQ(now[i].endMs, before[i].endMs);
+    EXPECT_EQ(now[i].forced, before[i].forced);
+    if (sameColours) {
+      EXPECT_EQ(now[i].colours, before[i].colours);
+      EXPECT_EQ(now[i].alphas, before[i].alphas);
+      EXPECT_EQ(now[i].types, before[i].types);
+    }
+  }
+}
+
+TEST_P(SavedDisc, NothingChangedWritesNothing) {
+  const Bytes before = AllBytes();
+  OpenEditor editor(vobs);
+  editor->Run(CommandId::kSaveAll);
+  EXPECT_EQ(editor.questions, std::vector<std::string>{
+                                  "This will save all your changes to file. No undo...\nProceed?"});
+  EXPECT_EQ(AllBytes(), before);
+  // Colours that stand already mark nothing.
+  const UnitPointer unit = editor->Doc().Units().front();
+  editor->SetColour(kPattern, (*unit->currentColours)[kPattern]);
+  EXPECT_FALSE(editor->Doc().Modified());
+}
+
+TEST_P(SavedDisc, NewColoursShowAndTheOldOnesComeBack) {
+  const auto firstPictures = test::ReadWithFfmpeg(vobs);
+  const Bytes firstBytes = AllBytes();
+  const auto packs = SubpicturePacks();
+
+  const auto set = Cli(
+      {"set", "--yes", "--colour", "pattern=5", "--colour", "emphasis1=9", "--alpha", "text=11"},
+      vobs);
+  ASSERT_EQ(set.exitCode, 0) << set.err;
+  const auto changed = test::ReadWithFfmpeg(vobs);
+  ExpectSamePictures(changed, firstPictures, false);
+  for (const FfmpegSubtitle& subtitle : changed) {
+    EXPECT_EQ(subtitle.colours[kPattern], 5);
+    EXPECT_EQ(subtitle.colours[kEmphasis1], 9);
+  }
+
+  const Bytes changedBytes = AllBytes();
+  ASSERT_EQ(changedBytes.size(), firstBytes.size());
+  for (std::size_t sector = 0; sector * kSectorSize < firstBytes.size(); ++sector) {
+    const auto at = static_cast<std::ptrdiff_t>(sector * kSectorSize);
+    const bool same = std::equal(firstBytes.begin() + at, firstBytes.begin() + at + kSectorSize,
+                                 changedBytes.begin() + at);
+    EXPECT_TRUE(same || packs.count(static_cast<std::uint32_t>(sector)) > 0) << "LBA " << sector;
+  }
+
+  // Saved twice, the same content leaves the same bytes.
+  ASSERT_EQ(Cli({"set", "--yes", "--alpha", "text=11"}, vobs).exitCode, 0);
+  EXPECT_EQ(AllBytes(), changedBytes);
+
+  OpenEditor editor(vobs);
+  for (const UnitPointer& unit : editor->Doc().Units()) {
+    const auto& old = firstPictures.at(static_cast<std::size_t>(unit->number - 1));
+    ASSERT_EQ(unit->state.pts, old.pts);
+    for (int type = 0; type < kPixelTypes; ++type) {
+      editor->GoTo(unit->number - 1);
+      editor->SetColour(type, old.colours[static_cast<std::size_t>(type)]);
+      editor->SetTransparency(old.alphas[static_cast<std::size_t>(type)], type);
+    }
+  }
+  editor->Run(CommandId::kSaveAll);
+  EXPECT_FALSE(editor->Doc().Modified());
+  ExpectSamePictures(test::ReadWithFfmpeg(vobs), firstPictures, true);
+}
+
+TEST_P(SavedDisc, OnlyTheChosenSubpictureChanges) {
+  const Bytes before = AllBytes();
+  ASSERT_EQ(Cli({"set", "--yes", "--numbers", "3", "--colour", "all=2"}, vobs).exitCode, 0);
+  const Bytes after = AllBytes();
+  OpenEditor editor(vobs);
+  const SubpictureUnit& unit = *editor->Doc().Units().at(2);
+  EXPECT_EQ(unit.currentColours, (PixelTypeValues{2, 2, 2, 2}));
+  for (std::size_t i = 0; i < before.size(); ++i) {
+    if (before[i] == after[i]) continue;
+    const auto lba = static_cast<std::uint32_t>(i / kSectorSize);
+    const bool own = std::any_of(unit.packs.begin(), unit.packs.end(),
+                                 [lba](const SpuPack& pack) { return pack.lba == lba; });
+    ASSERT_TRUE(own) << "byte " << i;
+  }
+}
+
+TEST_P(SavedDisc, WithoutAnAnswerNothingIsWritten) {
+  const Bytes before = AllBytes();
+  const auto set = Cli({"set", "--colour", "pattern=5"}, vobs);
+  EXPECT_EQ(set.exitCode, 1);
+  EXPECT_NE(set.err.find("No undo"), std::string::npos);
+  EXPECT_EQ(AllBytes(), before);
+}
+
+TEST_P(SavedDisc, ANewClutReachesTheIfoAndItsBackup) {
+  const auto clut = Cli({"clut", "--yes", "--pgc", "2", "--entry", "4=#ff0000"}, {disc->Folder()});
+  ASSERT_EQ(clut.exitCode, 0) << clut.err;
+  EXPECT_EQ(FileBytes(disc->Path("VTS_01_0.IFO")), FileBytes(disc->Path("VTS_01_0.BUP")));
+
+  dvd_reader_t* const reader = DVDOpen(disc->Folder().c_str());
+  ASSERT_NE(reader, nullptr);
+  ifo_handle_t* const ifo = ifoOpen(reader, 1);
+  ASSERT_NE(ifo, nullptr);
+  // Red in 8-bit Y, Cr, Cb, as a player reads it.
+  EXPECT_EQ(ifo->vts_pgcit->pgci_srp[1].pgc->palette[4], 0x0052F05AU);
+  EXPECT_NE(ifo->vts_pgcit->pgci_srp[0].pgc->palette[4], 0x0052F05AU);
+  ifoClose(ifo);
+  DVDClose(reader);
+
+  const auto list = Cli({"clut", "--pgc", "2"}, {disc->Folder()});
+  EXPECT_NE(list.out.find(" 4 #ff0100"), std::string::npos) << list.out;
+}
+
+INSTANTIATE_TEST_SUITE_P(Discs, SavedDisc, testing::Values("ntsc", "pal", "split"),
+                         [](const auto& instance) { return std::string(instance.param); });
+
+}  // namespace
+}  // namespace quillomar
