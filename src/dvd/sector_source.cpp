@@ -14,10 +14,16 @@ std::uint32_t ReadWhole(const VobFile& vob, std::uint32_t lbaInFile, std::span<s
   return static_cast<std::uint32_t>(read.value_or(0) / kSectorSize);
 }
 
+std::uint32_t LongestOf(std::span<const VobFile> files) {
+  std::uint32_t longest = 0;
+  for (const VobFile& vob : files) longest = std::max(longest, vob.length);
+  return longest;
+}
+
 }  // namespace
 
 SequentialSource::SequentialSource(std::span<const VobFile> files)
-    : files_(files), buffer_(kBlockSectors * kSectorSize) {}
+    : files_(files), buffer_(std::min(kBlockSectors, LongestOf(files)) * kSectorSize) {}
 
 std::optional<SectorRun> SequentialSource::NextRun() {
   for (; fileIndex_ < files_.size(); ++fileIndex_, lbaInFile_ = 0) {
