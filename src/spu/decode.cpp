@@ -10,48 +10,66 @@ namespace quillomar {
 namespace {
 
 constexpr std::uint16_t kOpaque = 15;
-constexpr int kNibblesInCode = 4;
 
 struct Run {
   int length;  // 0: to the end of the row
   std::uint8_t type;
 };
 
-// Reads the run codes of one field.
+// Reads the run codes of one field through a window of 64 bits.
 class FieldReader {
  public:
-  FieldReader(ByteSpan bytes, std::size_t offset) : bytes_(bytes), nibble_(offset * 2) {}
+  FieldReader(ByteSpan bytes, std::size_t offset) : bytes_(bytes), next_(offset) {}
 
   Run Next() {
-    const std::uint32_t window = Window();
+    if (held_ < kLongestCode) Refill();
     // Each pair of leading zeros makes the code a nibble longer, up to four.
-    const int more = std::min(std::countl_zero(window) / 2, kNibblesInCode - 1);
-    const std::uint32_t value = window >> (28 - 4 * more);
-    nibble_ += static_cast<std::size_t>(more) + 1;
+    const int more = std::countl_zero(window_ | kLongestMark) / 2;
+    const int bits = kNibble * (more + 1);
+    const auto value = static_cast<unsigned>(window_ >> (kWindow - bits));
+    window_ <<= bits;
+    held_ -= bits;
     return {static_cast<int>(value >> 2U), static_cast<std::uint8_t>(value & 3U)};
   }
 
-  void EndRow() { nibble_ = (nibble_ + 1) & ~std::size_t{1}; }
+  void EndRow() {
+    if (held_ % 8 == 0) return;
+    window_ <<= kNibble;
+    held_ -= kNibble;
+  }
   // Valid at a row's beginning.
-  [[nodiscard]] std::size_t Position() const { return nibble_ / 2; }
+  [[nodiscard]] std::size_t Position() const { return next_ - static_cast<std::size_t>(held_) / 8; }
 
  private:
-  // The next code in the high half; what follows it below.
-  [[nodiscard]] std::uint32_t Window() const {
-    const std::size_t at = nibble_ / 2;
-    std::uint32_t word = 0;
-    if (at + sizeof word <= bytes_.size()) {
-      const std::uint8_t* byte = bytes_.data() + at;
-      word = std::uint32_t{byte[0]} << 24U | std::uint32_t{byte[1]} << 16U |
-             std::uint32_t{byte[2]} << 8U | std::uint32_t{byte[3]};
+  static constexpr int kNibble = 4;
+  static constexpr int kLongestCode = 4 * kNibble;
+  static constexpr int kWindow = 64;
+  static constexpr std::uint64_t kLongestMark = std::uint64_t{1} << (kWindow - 7);
+
+  // Compilers make one load of this, but not of a loop.
+  static std::uint64_t Word(const std::uint8_t* byte) {
+    const auto at = [byte](int i) { return std::uint64_t{byte[i]} << (kWindow - 8 - 8 * i); };
+    return at(0) | at(1) | at(2) | at(3) | at(4) | at(5) | at(6) | at(7);
+  }
+
+  void Refill() {
+    std::uint64_t word = 0;
+    if (next_ + sizeof word <= bytes_.size()) {
+      word = Word(bytes_.data() + next_);
     } else {
-      for (std::size_t i = 0; i < sizeof word; ++i) word = word << 8U | GetByte(bytes_, at + i);
+      for (std::size_t i = 0; i < sizeof word; ++i) word = word << 8U | GetByte(bytes_, next_ + i);
     }
-    return word << (nibble_ % 2 * 4);
+    // A byte that fits by half is taken again, with the same bits, by the next refill.
+    window_ |= word >> held_;
+    const int whole = (kWindow - held_) / 8;
+    next_ += static_cast<std::size_t>(whole);
+    held_ += whole * 8;
   }
 
   ByteSpan bytes_;
-  std::size_t nibble_;
+  std::size_t next_;          // first byte that is not counted in held_
+  std::uint64_t window_ = 0;  // the next code in the highest bits
+  int held_ = 0;              // valid bits of the window
 };
 
 // Writes runs one after the other. A short run is written as one block, the rest of which the
@@ -129,24 +147,34 @@ class BitmapDecoder {
     return reader.Next().type;
   }
 
-  void DecodeRow(int row, PixelWriter& writer) {
+  // All that the loop changes is local: the pixels' bytes could alias anything else.
+  void DecodeRow(int row, PixelWriter& out) {
     FieldReader reader = readers_[static_cast<std::size_t>(row % 2)];
+    PixelWriter writer = out;
     NoteLineStart(row, reader);
+    const int background = statistics_.backgroundType;
     int firstContent = width_;
     int afterContent = 0;
-    for (int column = 0; column < width_;) {
+    std::uint64_t counts = 0;  // 16 bits for each type, enough for a row
+    const int width = width_;
+    for (int column = 0; column < width;) {
       const Run run = reader.Next();
-      const int left = width_ - column;
+      const int left = width - column;
       const int length = run.length == 0 ? left : std::min(run.length, left);
       writer.Write(length, run.type);
-      statistics_.pixelCounts[run.type] += static_cast<std::uint32_t>(length);
-      const bool content = run.type != statistics_.backgroundType;
+      counts += static_cast<std::uint64_t>(length) << (16U * run.type);
+      const bool content = run.type != background;
       firstContent = content ? std::min(firstContent, column) : firstContent;
       column += length;
       afterContent = content ? column : afterContent;
     }
     reader.EndRow();
+    out = writer;
     readers_[static_cast<std::size_t>(row % 2)] = reader;
+    for (std::uint32_t& count : statistics_.pixelCounts) {
+      count += static_cast<std::uint32_t>(counts & 0xFFFFU);
+      counts >>= 16U;
+    }
     if (afterContent > 0) statistics_.box.Add(row, firstContent, afterContent - 1);
   }
 
