@@ -98,8 +98,7 @@ TEST_P(AuthoredDisc, EverySubpictureIsAsFfmpegReadsIt) {
 
 INSTANTIATE_TEST_SUITE_P(Discs, AuthoredDisc,
                          testing::Values(DiscCase{"ntsc", false}, DiscCase{"pal", false},
-                                         DiscCase{"split", false}, DiscCase{"ntsc", true},
-                                         DiscCase{"pal", true}),
+                                         DiscCase{"split", false}, DiscCase{"menu", true}),
                          [](const auto& instance) {
                            return std::string(instance.param.disc) +
                                   (instance.param.menu ? "Menu" : "Titles");
@@ -107,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(Discs, AuthoredDisc,
 
 TEST(SplitDisc, ReadsAsTheWholeOneDoes) {
   if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS is not set";
-  const DiscCopy whole("pal");
+  const DiscCopy whole("ntsc");
   const DiscCopy split("split");
   const auto strip = [](std::string text, const std::string& folder) {
     for (auto at = text.find(folder); at != std::string::npos; at = text.find(folder)) {
