@@ -72,11 +72,10 @@ std::string IfoName(int titleSet) {
 
 std::optional<int> IfoNameIndex(std::string_view path) {
   const PathParts parts = SplitPath(path);
-  const std::string name = parts.title + parts.extension;
-  for (int i = 0; i <= kMaxTitleSets; ++i) {
-    if (EqualIgnoringCase(name, IfoName(i))) return i;
-  }
-  return std::nullopt;
+  const int index = ParseVobTitle(parts.title).titleSet.value_or(0);
+  if (index < 0 || index > kMaxTitleSets) return std::nullopt;
+  if (!EqualIgnoringCase(parts.title + parts.extension, IfoName(index))) return std::nullopt;
+  return index;
 }
 
 std::string IfoPathOfVob(std::string_view vobPath) {

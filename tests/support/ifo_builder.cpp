@@ -71,6 +71,7 @@ Bytes SearchTable(const std::vector<Bytes>& targets, const std::vector<std::stri
 
 Bytes ChainTable(const std::vector<ChainSpec>& specs) {
   std::vector<Bytes> chains;
+  chains.reserve(specs.size());
   for (const ChainSpec& spec : specs) chains.push_back(Chain(spec));
   return SearchTable(chains, std::vector<std::string>(chains.size(), "\x81"));
 }
