@@ -172,8 +172,9 @@ class Dvdread : public testing::Test {
       if (fs::is_directory(entry.path() / "VIDEO_TS")) discs.push_back(entry.path() / "VIDEO_TS");
     }
     ASSERT_FALSE(discs.empty());
-    copy = fs::path(testing::TempDir()) / "quillomar_dvdread";
-    fs::remove_all(copy);
+    std::string pattern = testing::TempDir() + "/quillomarXXXXXX";
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    copy = pattern;
     fs::create_directories(copy / "VIDEO_TS");
   }
   void TearDown() override {
