@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace quillomar::test {
 namespace {
@@ -65,8 +63,8 @@ OpenEditor::OpenEditor(const std::vector<std::string>& paths) {
 }
 
 Bytes FileBytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  constexpr std::uint64_t kLimit = std::uint64_t{1} << 30;
+  return ReadWholeFile(*MakeDiskFileSystem(), path, kLimit).value_or(Bytes());
 }
 
 }  // namespace quillomar::test
