@@ -54,25 +54,28 @@ void SwapFields(SpuState& state) {
 
 }  // namespace
 
-void Compact(SubpictureUnit& unit, std::span<const int> headerLengths, const SpuContext& context) {
+Result Compact(SubpictureUnit& unit, std::span<const int> headerLengths,
+               const SpuContext& context) {
   SpuState& state = unit.state;
   // Rooms and field ends are taken from the bytes as they stand: a move has hidden rows, and what
   // an earlier decode found may be from before an edit.
   state.decoded = false;
-  if (Failed(ParseControlSequences(unit, 0, state.dcsqtOffset, context))) return;
-  if (Failed(DecodeBitmap(unit, context))) return;
-  SwapFields(state);
+  if (Failed(ParseControlSequences(unit, 0, state.dcsqtOffset, context))) return Result::kFailed;
+  const bool decoded = !Failed(DecodeBitmap(unit, context));
+  if (decoded) SwapFields(state);
 
-  const int removable = HasOtherBitmap(state) ? 0 : state.spareRoom;
+  const int removable = decoded && !HasOtherBitmap(state) ? state.spareRoom : 0;
   const int filler = FillerBytes(headerLengths, state.TotalSize() - removable);
   const int capacity =
       std::accumulate(headerLengths.begin(), headerLengths.end(), 0,
                       [](int sum, int headerLength) { return sum + PackRoom(headerLength); });
   // The last pack's reserve for a padding stream may be used up to close the gap.
   state.freeRoom = std::max(capacity - state.TotalSize(), 0);
-  if (!Failed(ShiftControlSequences(unit, filler - removable))) return;
-  // A unit of the largest size, or with sequences that cannot be moved, keeps its gap.
-  static_cast<void>(ShiftControlSequences(unit, -removable));
+  if (Failed(ShiftControlSequences(unit, filler - removable))) {
+    // A unit of the largest size, or with sequences that cannot be moved, keeps its gap.
+    static_cast<void>(ShiftControlSequences(unit, -removable));
+  }
+  return Result::kDone;
 }
 
 }  // namespace quillomar

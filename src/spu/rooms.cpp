@@ -17,11 +17,9 @@ std::uint16_t Shifted(std::uint16_t offset, int bytes) {
 // then change the commands of the other.
 bool SequencesOverlap(const SpuState& state) {
   for (std::size_t i = 0; i + 1 < state.sequences.size(); ++i) {
-    const ControlSequence& sequence = state.sequences[i];
-    const int lastByte = sequence.commands.empty()
-                             ? sequence.ownOffset + static_cast<int>(kSequenceHeaderSize) - 1
-                             : sequence.commands.back().offset;
-    if (state.sequences[i + 1].ownOffset <= lastByte) return true;
+    const auto& commands = state.sequences[i].commands;
+    const bool ended = !commands.empty() && commands.back().code == kEndOfCommands;
+    if (!ended || state.sequences[i + 1].ownOffset <= commands.back().offset) return true;
   }
   return false;
 }

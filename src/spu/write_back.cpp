@@ -1,7 +1,7 @@
 #include "spu/write_back.h"
 
 #include <algorithm>
-#include <numeric>
+#include <optional>
 
 #include "base/format.h"
 #include "spu/compact.h"
@@ -66,15 +66,17 @@ std::vector<int> PrepareHeaders(const SubpictureUnit& unit, std::vector<Sector>&
 }
 
 // The unit as it is to be written; the unit itself keeps its edits until it is loaded again.
-SubpictureUnit CompactedCopy(const SubpictureUnit& unit, std::span<const int> headerLengths,
-                             const SpuContext& context) {
+// Nothing for one that could not be read again.
+std::optional<SpuState> CompactedState(const SubpictureUnit& unit,
+                                       std::span<const int> headerLengths,
+                                       const SpuContext& context) {
   SubpictureUnit copy;
   copy.state = unit.state;
   copy.packs = unit.packs;
   copy.number = unit.number;
   copy.complete = unit.complete;
-  Compact(copy, headerLengths, context);
-  return copy;
+  if (Failed(Compact(copy, headerLengths, context))) return std::nullopt;
+  return std::move(copy.state);
 }
 
 Result CheckRoom(const SubpictureUnit& unit, int size, std::span<const int> headerLengths,
@@ -140,9 +142,10 @@ Result WriteBack(SubpictureUnit& unit, VobFileSet& set, WriteTransaction& transa
 
   const std::vector<Sector> found = packs;
   const std::vector<int> headerLengths = PrepareHeaders(unit, packs);
-  const SubpictureUnit copy = CompactedCopy(unit, headerLengths, context);
-  const Bytes& bytes = copy.state.bytes;
-  if (Failed(CheckRoom(unit, copy.state.TotalSize(), headerLengths, context))) {
+  const auto compacted = CompactedState(unit, headerLengths, context);
+  if (!compacted) return Result::kFailed;
+  const Bytes& bytes = compacted->bytes;
+  if (Failed(CheckRoom(unit, compacted->TotalSize(), headerLengths, context))) {
     return Result::kFailed;
   }
   if (PacksHold(found, unit, bytes)) return Result::kDone;

@@ -1,0 +1,130 @@
+// Gathering of arbitrary packs, then an edit, write-back and re-load of each unit. The first byte
+// is the edit: bits 0 to 3 a colour, bits 4 to 6 by how many bytes the control sequences move, bit
+// 7 a new time.
+#include "spu/gather.h"
+
+#include <algorithm>
+
+#include "fuzz_target.h"
+#include "spu/colour_edit.h"
+#include "spu/parse.h"
+#include "spu/rooms.h"
+#include "spu/run_length.h"
+#include "spu/write_back.h"
+#include "support/memory_files.h"
+#include "support/pack_builder.h"
+#include "support/spu_builder.h"
+
+namespace quillomar::fuzz {
+namespace {
+
+constexpr const char* kPath = "/VTS_01_1.VOB";
+
+class Disc {
+ public:
+  Disc(ByteSpan image, std::uint8_t edit) : edit_(edit) {
+    files_.Put(kPath, Bytes(image.begin(), image.end()));
+    Require(!Failed(set_.AddFile(kPath)));
+    set_.LayOut();
+  }
+
+  void Run() {
+    for (std::uint32_t lba = 0; lba < set_.TotalSectors(); ++lba) {
+      Sector pack{};
+      Require(!Failed(set_.ReadSectors(lba, 1, pack)));
+      PackContext place;
+      place.lba = place.lbaInFile = lba;
+      place.highlight = &highlight_;
+      place.buttonCount = pack[0];
+      const PackInfo info = ClassifyPack(pack);
+      if (info.kind != PackKind::kSubpicture && info.kind != PackKind::kPadding) continue;
+      place.stream = info.subStreamId % kSubpictureStreams;
+      if (gatherer_.GatherPack(pack, place, context_) != GatherResult::kComplete) continue;
+      CheckUnit(gatherer_.Unit());
+      Save(gatherer_.Unit());
+    }
+  }
+
+ private:
+  static void CheckUnit(const SubpictureUnit& unit) {
+    const SpuState& state = unit.state;
+    Require(unit.complete && !unit.packs.empty() && unit.packs.size() <= kMaxSpuPacks);
+    Require(!state.bytes.empty() && state.TotalSize() <= kMaxSpuSize);
+    Require(state.dcsqtOffset < state.bytes.size() && !state.sequences.empty());
+    Require(state.freeRoom >= 0);
+    Require(unit.highlight.buttons.size() <= kMaxButtons);
+  }
+
+  void Edit(SubpictureUnit& unit) {
+    static_cast<void>(SetColour(unit, edit_ & 0xF, kPattern));
+    static_cast<void>(DecodeBitmap(unit, context_));
+    const int bytes = (edit_ >> 4 & 7) - 3;
+    static_cast<void>(ShiftControlSequences(unit, bytes));
+    if ((edit_ & 0x80) != 0) unit.state.pts += 3003;
+  }
+
+  Result Write(SubpictureUnit& unit) {
+    const auto transaction = source_.Begin();
+    return WriteBack(unit, set_, *transaction, context_);
+  }
+
+  bool Parses(SubpictureUnit unit) {
+    return !Failed(ParseControlSequences(unit, 0, unit.state.dcsqtOffset, context_));
+  }
+
+  // Saving a sound unit succeeds, loads again, and has nothing more to write.
+  void Save(SubpictureUnit unit) {
+    Edit(unit);
+    const bool hasStream = std::all_of(unit.packs.begin(), unit.packs.end(), [&](const auto& each) {
+      Sector pack{};
+      Require(!Failed(set_.ReadSectors(each.lba, 1, pack)));
+      const PackInfo info = ClassifyPack(pack);
+      return info.kind == PackKind::kPadding || info.subStreamId == unit.SubStreamId();
+    });
+    const bool written = !Failed(Write(unit));
+    Require(written || unit.scrambled || !hasStream || unit.packs.size() > 1 || !Parses(unit));
+    if (!written) return;
+    const std::uint32_t pts = unit.state.pts;
+    Require(!Failed(Reload(unit, set_, context_)));
+    CheckUnit(unit);
+    Require(unit.state.pts == pts && !unit.state.modified);
+    const int writes = files_.WritesDone();
+    Require(!Failed(Write(unit)) && files_.WritesDone() == writes);
+  }
+
+  std::uint8_t edit_;
+  test::MemoryFileSystem files_;
+  Reporter reporter_{files_};
+  ReportLimit limit_{reporter_};
+  VobFileSet set_{files_, reporter_};
+  SpuContext context_{reporter_, limit_, VideoStandard::kPal};
+  SpuGatherer gatherer_{set_};
+  DirectTransactionSource source_;
+  Highlight highlight_;
+};
+
+Bytes Seed(std::uint8_t edit, int width, int height, const test::SubpictureSpec& spec) {
+  test::SpuDescription description =
+      test::Subtitle(test::RandomRows(1, width, height, 9), 100, 100, 90);
+  description.spareBytes = 4;
+  test::VobBuilder vob;
+  vob.Add(test::MakeSubpicturePacks(test::BuildSpu(description), spec));
+  Bytes input{edit};
+  input.insert(input.end(), vob.Image().begin(), vob.Image().end());
+  return input;
+}
+
+}  // namespace
+
+std::vector<Bytes> Seeds() {
+  return {Seed(0x15, 20, 8, {}), Seed(0xE9, 90, 60, {.firstHeaderLength = 8}),
+          Seed(0x72, 30, 20, {.packs = 3, .paddingPacket = false})};
+}
+
+}  // namespace quillomar::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace quillomar;
+  if (size > 0) fuzz::Disc(ByteSpan(data + 1, size - 1), data[0]).Run();
+  return 0;
+}
