@@ -85,6 +85,7 @@ void Editor::UpdateView() {
   if (jobChangesUnits_) return;
   view_ = BuildView(document_, selection_, session_.preferences, onlyType_);
   view_.canEdit = view_.hasUnit && !busy_;
+  if (!busy_) view_.aspect = document_.Results().aspect;
   frontEnd_.Refresh();
   WarnIfOnly4x3();
 }

@@ -11,18 +11,17 @@
 
 namespace quillomar {
 
+// The pixel types' letters with their names, background first.
+inline constexpr std::array<const char*, kPixelTypes> kPixelTypeLetters = {
+    "'b' (background)", "'p' (pattern)", "'e1' (emphasis 1)", "'e2' (emphasis 2)"};
+
 // One of the four pixel types as the window shows it.
 struct Swatch {
-  std::string letter;  // 'b', 'p', 'e1', 'e2' as in "'b' (background)"
-  std::string tooltip;
+  std::string tooltip = "Pixel not used in subpic";
   Rgb colour;
   int alpha = 0;                 // 0 to 15
   std::optional<int> clutEntry;  // nothing for automatic colours
   bool used = false;             // the bitmap has such pixels
-};
-
-struct StreamChoice {
-  std::string label;
 };
 
 // Everything the window shows, as one snapshot that a running job never changes.
@@ -30,7 +29,7 @@ struct View {
   bool hasSet = false;
   std::string title;  // of the window: path of the first file
   VideoStandard standard = VideoStandard::kUnknown;
-  int aspect = 0;  // sequence header's code: 2 is 4:3, 3 is 16:9
+  int aspect = 0;  // sequence header's code: 2 is 4:3, 3 is 16:9; 0 until the scan has ended
 
   int count = 0;                     // units in the filtered list
   int index = 0;                     // current one, from 0
@@ -47,8 +46,9 @@ struct View {
   std::array<Swatch, kPixelTypes> swatches;
   std::optional<RgbClut> clut;
   std::string clutTooltip;
-  int textAlpha = 0;     // transparency slider, 0 to 15
-  bool canEdit = false;  // unit and its set may be changed
+  std::optional<int> onlyType;  // the one pixel type that the picture shows; nothing: all
+  int textAlpha = 0;            // transparency slider, 0 to 15
+  bool canEdit = false;         // unit and its set may be changed
 };
 
 }  // namespace quillomar

@@ -10,17 +10,8 @@
 namespace quillomar {
 namespace {
 
-struct PixelTypeText {
-  const char* letter;
-  const char* tooltipName;
-};
-
-constexpr std::array<PixelTypeText, kPixelTypes> kTypeTexts = {{
-    {"'b' (background)", "background"},
-    {"'p' (pattern)", "text"},
-    {"'e1' (emphasis 1)", "anti-alias (1)"},
-    {"'e2' (emphasis 2)", "anti-alias (2)"},
-}};
+constexpr std::array<const char*, kPixelTypes> kTypeNames = {"background", "text", "anti-alias (1)",
+                                                             "anti-alias (2)"};
 
 // The stream's label as the program chain has it; a stream that the chain does not know still needs
 // a name to be chosen by.
@@ -54,13 +45,12 @@ void FillSequences(const SubpictureUnit& unit, View& view) {
 void FillSwatches(const SubpictureUnit& unit, const DisplayPalette& palette, View& view) {
   for (std::size_t type = 0; type < kPixelTypes; ++type) {
     Swatch& swatch = view.swatches[type];
-    swatch.letter = kTypeTexts[type].letter;
     swatch.used = unit.state.statistics.pixelCounts[type] > 0;
     swatch.tooltip =
         swatch.used
             ? Format("Shows color used for %s pixels. Click on letter to see only these pixels",
-                     kTypeTexts[type].tooltipName)
-            : "Pixel not used in subpic";
+                     kTypeNames[type])
+            : Swatch().tooltip;
     swatch.colour = palette.colours[type];
     swatch.alpha = palette.alphas[type];
     swatch.clutEntry = palette.entries[type];
@@ -84,6 +74,7 @@ void FillUnit(Document& document, SubpictureUnit& unit, const Preferences& prefe
   const DisplayPalette palette = MakeDisplayPalette(unit, clut, preferences);
   if (!Failed(NeedBitmap(unit, context))) view.picture = ComposePicture(unit, palette, onlyType);
   view.hasUnit = true;
+  view.onlyType = onlyType;
   view.infoRtf = InfoRtf(unit, context.standard);
   FillSequences(unit, view);
   FillSwatches(unit, palette, view);
