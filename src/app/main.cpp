@@ -1,0 +1,34 @@
+#include <QApplication>
+#include <vector>
+
+#include "app/program.h"
+#include "base/platform.h"
+#include "ui/program_icon.h"
+
+namespace {
+
+std::vector<std::string> Arguments() {
+  std::vector<std::string> arguments;
+  for (const QString& argument : QApplication::arguments().mid(1)) {
+    arguments.push_back(argument.toStdString());
+  }
+  return arguments;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace quillomar;
+  PrepareEnvironment();
+  const std::string firstArgument = argc > 0 ? argv[0] : "";
+  const QApplication application(argc, argv);
+  QApplication::setApplicationDisplayName("Quillomar");
+  QApplication::setWindowIcon(ProgramIcon());
+
+  const auto files = MakeDiskFileSystem();
+  QtDialogs dialogs;
+  Program program(*files, dialogs, ProgramPlace::OfProcess(firstArgument));
+  dialogs.SetParent(&program.Window());
+  program.Start(ParseCommandLine(Arguments()));
+  return QApplication::exec();
+}

@@ -1,0 +1,19 @@
+#include "ui/about_text.h"
+
+#include <QtGlobal>
+
+namespace quillomar {
+
+QString AboutText() {
+  return QString(
+             "<h3>Quillomar %1</h3>"
+             "<p>An editor for the subtitles of a DVD-Video disc as the disc stores them: it shows "
+             "every subpicture, changes its colors, transparency and commands, and writes it back "
+             "in place.</p>"
+             "<p>Free software under the MIT licence. It comes without any warranty.</p>"
+             "<p>Libraries: Qt %2 (running with %3), under the GNU LGPL version 3; the GNU C++ "
+             "standard library.</p>")
+      .arg(QUILLOMAR_VERSION, QT_VERSION_STR, qVersion());
+}
+
+}  // namespace quillomar

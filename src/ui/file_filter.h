@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QStringList>
+#include <string_view>
+
+namespace quillomar {
+
+// A file dialog's filters from their one-line form: label and pattern by turns, each closed by a
+// bar, the list by an empty label ("VOB Files (*.vob)|*.vob||"). A label that does not end in its
+// pattern gets it added in parentheses.
+[[nodiscard]] QStringList NameFilters(std::string_view filters);
+
+}  // namespace quillomar

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QHash>
+#include <QKeySequence>
+#include <QObject>
+#include <vector>
+
+#include "editor/command_table.h"
+
+class QKeyEvent;
+class QWidget;
+
+namespace quillomar {
+
+class Editor;
+
+// Gives key presses to the commands before the controls see them. Keys of commands that are not
+// built, and all keys while a free-text box has the focus, stay with the controls; so do those for
+// other windows, menus and pop-ups.
+class KeyFilter final : public QObject {
+  Q_OBJECT
+
+ public:
+  KeyFilter(Editor& editor, QObject* parent);
+
+  // Keys pressed in this window count.
+  void Watch(const QWidget& window) { windows_.push_back(&window); }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  [[nodiscard]] bool Watches(const QObject* receiver) const;
+  bool RunCommandOf(const QKeyEvent& event);
+
+  Editor& editor_;
+  QHash<QKeySequence, CommandId> commands_;
+  std::vector<const QWidget*> windows_;
+};
+
+}  // namespace quillomar

@@ -1,0 +1,159 @@
+#include "ui/look_panel.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QToolButton>
+
+#include "editor/editor.h"
+#include "ui/clut_popup.h"
+#include "ui/control_names.h"
+#include "ui/swatch_button.h"
+
+namespace quillomar {
+namespace {
+
+constexpr int kOpaque = 15;
+// "All" of the pixel choice, as the transparency edit takes it; the pixel types follow it in the
+// list.
+constexpr int kAllButBackground = 4;
+
+int WhichOf(int choice) {
+  return choice == 0 ? kAllButBackground : choice - 1;
+}
+
+QColor ToColour(Rgb colour) {
+  return {colour.r, colour.g, colour.b};
+}
+
+}  // namespace
+
+LookPanel::LookPanel(Editor& editor, QWidget* parent)
+    : QGroupBox("Colors and transparency", parent),
+      editor_(editor),
+      pixels_(new QComboBox(this)),
+      slider_(new QSlider(Qt::Horizontal, this)),
+      value_(new QLabel(this)),
+      popup_(new ClutPopup(this)) {
+  setObjectName("lookPanel");
+  auto* const layout = new QGridLayout(this);
+  for (int type = 0; type < kPixelTypes; ++type) AddPixelType(*layout, type);
+  MakeEquallyWide();
+  AddTransparency(*layout);
+  connect(popup_, &ClutPopup::Chosen, this,
+          [this](int entry) { editor_.SetColour(pickedType_, entry); });
+}
+
+void LookPanel::AddPixelType(QGridLayout& layout, int type) {
+  const auto index = static_cast<std::size_t>(type);
+  const QString letter = kPixelTypeLetters[index];
+  auto* const button = new QToolButton(this);
+  NameControl(*button, QString("onlyType%1").arg(type), "Show only " + letter, {});
+  button->setText(letter);
+  button->setCheckable(true);
+  button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  connect(button, &QToolButton::clicked, this, [this, type] { editor_.ToggleOnlyType(type); });
+  auto* const swatch = new SwatchButton(this);
+  NameControl(*swatch, QString("swatch%1").arg(type), "Color of " + letter, {});
+  connect(swatch, &SwatchButton::Picked, this, [this, type](bool edit) { PickColour(type, edit); });
+  layout.addWidget(button, 0, type);
+  layout.addWidget(swatch, 1, type);
+  layout.setColumnStretch(type, 1);
+  letters_[index] = button;
+  swatches_[index] = swatch;
+}
+
+void LookPanel::MakeEquallyWide() {
+  int width = 0;
+  for (const QToolButton* const letter : letters_) width = qMax(width, letter->sizeHint().width());
+  for (QToolButton* const letter : letters_) letter->setMinimumWidth(width);
+}
+
+void LookPanel::AddTransparency(QGridLayout& layout) {
+  auto* const pixelsLabel = new QLabel("Pi&xels:", this);
+  pixelsLabel->setBuddy(pixels_);
+  pixels_->addItem("All");
+  for (const char* const letter : kPixelTypeLetters) pixels_->addItem(letter);
+  NameControl(*pixels_, "transparencyPixels", "Pixels whose transparency changes",
+              "Selects of which pixel to change the transparency. All means all non-background "
+              "pixels.");
+  auto* const scale = new QLabel("clear --- transp. ---- opaque", this);
+  scale->setBuddy(slider_);
+  scale->setAlignment(Qt::AlignCenter);
+  slider_->setRange(0, kOpaque);
+  slider_->setPageStep(4);
+  slider_->setTickPosition(QSlider::TicksBelow);
+  NameControl(*slider_, "transparency", "Transparency, from 0 clear to 15 opaque",
+              "Adjusts transparency for selected pixels.");
+  value_->setObjectName("transparencyValue");
+  value_->setMinimumWidth(value_->fontMetrics().horizontalAdvance("00"));
+  value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  auto* const choice = new QHBoxLayout;
+  choice->addWidget(pixelsLabel);
+  choice->addWidget(pixels_, 1);
+  auto* const sliderRow = new QHBoxLayout;
+  sliderRow->addWidget(slider_, 1);
+  sliderRow->addWidget(value_);
+  layout.addLayout(choice, 2, 0, 2, 2);
+  layout.addWidget(scale, 2, 2, 1, 2);
+  layout.addLayout(sliderRow, 3, 2, 1, 2);
+  connect(slider_, &QSlider::valueChanged, this, &LookPanel::ChangeTransparency);
+  connect(pixels_, &QComboBox::currentIndexChanged, this,
+          [this] { ShowTransparency(editor_.CurrentView()); });
+}
+
+void LookPanel::Show(const View& view, bool busy) {
+  changeable_ = view.canEdit && !busy;
+  for (std::size_t type = 0; type < kPixelTypes; ++type) ShowPixelType(view, type);
+  ShowTransparency(view);
+}
+
+void LookPanel::ShowPixelType(const View& view, std::size_t type) {
+  const Swatch& swatch = view.swatches[type];
+  const QString tooltip = QString::fromStdString(swatch.tooltip);
+  letters_[type]->setToolTip(tooltip);
+  letters_[type]->setEnabled(view.hasUnit);
+  letters_[type]->setChecked(view.onlyType == static_cast<int>(type));
+  SwatchButton& button = *swatches_[type];
+  button.SetColour(view.hasUnit ? ToColour(swatch.colour) : QColor());
+  button.SetHatched(view.hasUnit && !swatch.used);
+  button.setText(swatch.clutEntry ? QString::number(*swatch.clutEntry) : QString());
+  button.setToolTip(view.clut ? QString::fromStdString(view.clutTooltip) : tooltip);
+  button.setAccessibleDescription(view.hasUnit
+                                      ? QString("Color %1, CLUT entry %2, opacity %3 of 15")
+                                            .arg(ToColour(swatch.colour).name(), button.text())
+                                            .arg(swatch.alpha)
+                                      : QString());
+  button.setEnabled(changeable_ && swatch.clutEntry.has_value());
+}
+
+void LookPanel::ShowTransparency(const View& view) {
+  const int which = WhichOf(pixels_->currentIndex());
+  const int alpha = which == kAllButBackground
+                        ? view.textAlpha
+                        : view.swatches.at(static_cast<std::size_t>(which)).alpha;
+  const QSignalBlocker blocker(slider_);
+  slider_->setValue(alpha);
+  slider_->setEnabled(changeable_);
+  pixels_->setEnabled(changeable_);
+  value_->setText(view.hasUnit ? QString::number(alpha) : QString());
+}
+
+void LookPanel::PickColour(int type, bool edit) {
+  const View& view = editor_.CurrentView();
+  const Swatch& swatch = view.swatches.at(static_cast<std::size_t>(type));
+  if (edit) {
+    editor_.EditClutEntry(type);
+  } else if (view.clut && swatch.clutEntry) {
+    pickedType_ = type;
+    popup_->OpenBelow(*swatches_.at(static_cast<std::size_t>(type)), *view.clut, *swatch.clutEntry);
+  }
+}
+
+void LookPanel::ChangeTransparency(int alpha) {
+  editor_.SetTransparency(alpha, WhichOf(pixels_->currentIndex()));
+}
+
+}  // namespace quillomar

@@ -1,0 +1,237 @@
+#include "ui/main_window.h"
+
+#include <QBoxLayout>
+#include <QCloseEvent>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStatusBar>
+#include <chrono>
+
+#include "editor/editor.h"
+#include "settings/preferences.h"
+#include "ui/control_names.h"
+#include "ui/info_pane.h"
+#include "ui/key_filter.h"
+#include "ui/list_navigator.h"
+#include "ui/look_panel.h"
+#include "ui/menu_builder.h"
+#include "ui/picture_view.h"
+#include "ui/progress_window.h"
+#include "ui/qt_front_end.h"
+#include "ui/selector_panel.h"
+
+namespace quillomar {
+namespace {
+
+constexpr std::chrono::milliseconds kTickInterval{200};
+constexpr QSize kTemplateSize(1180, 820);
+constexpr int kTextSideWidth = 330;
+constexpr int kStatusMargin = 6;
+constexpr int kWideAspect = 3;
+
+QString VideoText(const View& view) {
+  if (!view.hasSet) return {};
+  return QString("%1, %2 x %3, %4")
+      .arg(IsPal(view.standard) ? "PAL" : "NTSC")
+      .arg(kPictureWidth)
+      .arg(FrameHeight(view.standard))
+      .arg(view.aspect == kWideAspect ? "16:9" : "4:3");
+}
+
+std::vector<std::string> LocalFiles(const QMimeData& data) {
+  std::vector<std::string> paths;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) paths.push_back(url.toLocalFile().toStdString());
+  }
+  return paths;
+}
+
+}  // namespace
+
+MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
+    : editor_(editor),
+      picture_(new PictureView(this)),
+      navigator_(new ListNavigator(editor, this)),
+      selectors_(new SelectorPanel(editor, this)),
+      info_(new InfoPane(this)),
+      look_(new LookPanel(editor, this)),
+      keys_(new KeyFilter(editor, this)),
+      progress_(new ProgressWindow(this)) {
+  setObjectName("mainWindow");
+  setAcceptDrops(true);
+  menus_ = new CommandMenus(editor, *menuBar());
+  auto* const sides = new QSplitter(Qt::Horizontal, this);
+  sides->setObjectName("sides");
+  sides->setChildrenCollapsible(false);
+  sides->addWidget(MakePictureSide());
+  sides->addWidget(MakeTextSide());
+  sides->setStretchFactor(0, 1);
+  sides->setStretchFactor(1, 0);
+  auto* const centre = new QWidget(this);
+  auto* const layout = new QVBoxLayout(centre);
+  layout->addWidget(sides, 1);
+  layout->addWidget(MakeEditStrip());
+  setCentralWidget(centre);
+  MakeStatusBar();
+  keys_->Watch(*this);
+  keys_->Watch(*progress_);
+  ConnectFrontEnd(frontEnd);
+  resize(kTemplateSize);
+  setFocus();
+  Refresh();
+}
+
+QWidget* MainWindow::MakePictureSide() {
+  auto* const side = new QWidget(this);
+  auto* const layout = new QVBoxLayout(side);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(picture_, 1);
+  layout->addWidget(navigator_);
+  return side;
+}
+
+QWidget* MainWindow::MakeTextSide() {
+  auto* const side = new QWidget(this);
+  side->setMinimumWidth(kTextSideWidth);
+  auto* const layout = new QVBoxLayout(side);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(selectors_);
+  layout->addWidget(info_, 1);
+  return side;
+}
+
+// Groups stand side by side from the left; the room after them takes the stretch.
+QWidget* MainWindow::MakeEditStrip() {
+  reload_ = MakeCommandButton(CommandId::kReloadUnit, "Reload subpic", "reloadSubpicture",
+                              "Reloads this subpic from disk");
+  save_ = MakeCommandButton(CommandId::kSaveAll, "Save all", "saveAllButton",
+                            "Saves all the changes back to file.");
+  auto* const buttons = new QVBoxLayout;
+  buttons->addStretch(1);
+  buttons->addWidget(reload_);
+  buttons->addWidget(save_);
+  auto* const strip = new QWidget(this);
+  auto* const layout = new QHBoxLayout(strip);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(look_);
+  layout->addStretch(1);
+  layout->addLayout(buttons);
+  strip->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  return strip;
+}
+
+QPushButton* MainWindow::MakeCommandButton(CommandId command, const QString& text,
+                                           const QString& objectName, const QString& toolTip) {
+  auto* const button = new QPushButton(text, this);
+  NameControl(*button, objectName, text, toolTip);
+  connect(button, &QPushButton::clicked, this, [this, command] { editor_.Run(command); });
+  return button;
+}
+
+void MainWindow::MakeStatusBar() {
+  listStatus_ = new QLabel(this);
+  listStatus_->setObjectName("listStatus");
+  videoStatus_ = new QLabel(this);
+  videoStatus_->setObjectName("videoStatus");
+  listStatus_->setContentsMargins(kStatusMargin, 0, 0, 0);
+  statusBar()->addWidget(listStatus_, 1);
+  statusBar()->addPermanentWidget(videoStatus_);
+}
+
+void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
+  timer_.setInterval(kTickInterval);
+  connect(&timer_, &QTimer::timeout, this, &MainWindow::Tick);
+  connect(&frontEnd, &QtFrontEnd::Changed, this, &MainWindow::Refresh);
+  connect(&frontEnd, &QtFrontEnd::JobBegan, this, &MainWindow::BeginJob);
+  connect(&frontEnd, &QtFrontEnd::JobOver, this, &MainWindow::EndJob);
+  connect(&frontEnd, &QtFrontEnd::CloseRequested, this, &MainWindow::close);
+  connect(progress_, &ProgressWindow::AbortRequested, this,
+          [this] { editor_.Run(CommandId::kAbort); });
+}
+
+void MainWindow::Refresh() {
+  const View& view = editor_.CurrentView();
+  const ColourBytes background = SplitColour(editor_.Context().preferences.backgroundColour);
+  setWindowTitle(QString::fromStdString(view.title));
+  picture_->SetBackground({background.red, background.green, background.blue});
+  picture_->Show(view);
+  navigator_->Show(view);
+  selectors_->Show(view, editor_.Busy());
+  info_->ShowRtf(view.infoRtf);
+  look_->Show(view, editor_.Busy());
+  reload_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kReloadUnit)));
+  save_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kSaveAll)));
+  menus_->Update();
+  ShowStatus();
+}
+
+void MainWindow::ShowStatus() {
+  const View& view = editor_.CurrentView();
+  QString text;
+  if (view.hasSet) {
+    text = view.count == 0 ? QString("No subpics in this selection")
+                           : QString("Subpic %1 of %2").arg(view.index + 1).arg(view.count);
+  } else {
+    text = "Open VOB files from the File menu, or drop them here";
+  }
+  listStatus_->setText(text);
+  videoStatus_->setText(VideoText(view));
+}
+
+void MainWindow::BeginJob(const QString& title) {
+  focusBeforeJob_ = focusWidget();
+  setAcceptDrops(false);
+  progress_->Begin(title.isEmpty() ? QString::fromStdString(editor_.JobLabel()) : title);
+  timer_.start();
+  Refresh();
+}
+
+// Comes before the editor's last look at the list, which shows everything anew.
+void MainWindow::EndJob() {
+  timer_.stop();
+  progress_->End();
+  setAcceptDrops(true);
+  Refresh();
+  QWidget* const focus = focusBeforeJob_ && focusBeforeJob_ != this ? focusBeforeJob_ : navigator_;
+  focus->setFocus();
+  if (closeAfterJob_) QTimer::singleShot(0, this, &MainWindow::close);
+  closeAfterJob_ = false;
+}
+
+void MainWindow::Tick() {
+  editor_.Tick();
+  const Session& session = editor_.Context();
+  progress_->ShowProgress(QString::fromStdString(editor_.JobLabel()),
+                          QString::fromStdString(session.reporter.StatusText()),
+                          session.job.percent);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  if (editor_.Busy()) {
+    closeAfterJob_ = true;
+    editor_.Run(CommandId::kAbort);
+    return;
+  }
+  if (!editor_.MayClose()) return;
+  if (onClosing_) onClosing_();
+  editor_.CloseFiles();
+  event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!editor_.Busy() && event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+// What follows may ask questions; the program that the files come from must not wait for that.
+void MainWindow::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  QTimer::singleShot(0, this,
+                     [this, paths = LocalFiles(*event->mimeData())] { editor_.DropFiles(paths); });
+}
+
+}  // namespace quillomar

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+#include <functional>
+
+#include "editor/command_table.h"
+
+class QLabel;
+class QPushButton;
+class QSplitter;
+
+namespace quillomar {
+
+class CommandMenus;
+class Editor;
+class InfoPane;
+class KeyFilter;
+class ListNavigator;
+class LookPanel;
+class PictureView;
+class ProgressWindow;
+class QtFrontEnd;
+class SelectorPanel;
+
+// The editor's window.
+class MainWindow final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  MainWindow(Editor& editor, QtFrontEnd& frontEnd);
+
+  // Called once closing is agreed, before the files are released.
+  void OnClosing(std::function<void()> action) { onClosing_ = std::move(action); }
+
+  [[nodiscard]] ProgressWindow& Progress() { return *progress_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  [[nodiscard]] QWidget* MakePictureSide();
+  [[nodiscard]] QWidget* MakeTextSide();
+  [[nodiscard]] QWidget* MakeEditStrip();
+  [[nodiscard]] QPushButton* MakeCommandButton(CommandId command, const QString& text,
+                                               const QString& objectName, const QString& toolTip);
+  void MakeStatusBar();
+  void ConnectFrontEnd(QtFrontEnd& frontEnd);
+  void Refresh();
+  void ShowStatus();
+  void BeginJob(const QString& title);
+  void EndJob();
+  void Tick();
+
+  Editor& editor_;
+  std::function<void()> onClosing_;
+  PictureView* picture_;
+  ListNavigator* navigator_;
+  SelectorPanel* selectors_;
+  InfoPane* info_;
+  LookPanel* look_;
+  QPushButton* reload_ = nullptr;
+  QPushButton* save_ = nullptr;
+  QLabel* videoStatus_ = nullptr;
+  QLabel* listStatus_ = nullptr;
+  CommandMenus* menus_ = nullptr;
+  KeyFilter* keys_;
+  ProgressWindow* progress_;
+  QTimer timer_;  // runs while a job does
+  QPointer<QWidget> focusBeforeJob_;
+  bool closeAfterJob_ = false;
+};
+
+}  // namespace quillomar

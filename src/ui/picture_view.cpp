@@ -1,0 +1,79 @@
+#include "ui/picture_view.h"
+
+#include <QPainter>
+#include <algorithm>
+
+#include "ui/control_names.h"
+
+namespace quillomar {
+namespace {
+
+// The sequence header's aspect code of a 16:9 picture.
+constexpr int kWideAspect = 3;
+constexpr int kSmallestHeight = 240;
+// From this scale on pixels are shown as the squares they are; below it they are smoothed, or some
+// rows would look thicker than others.
+constexpr double kScaleOfCleanSquares = 3.0;
+constexpr std::size_t kBytesPerPixel = 4;
+
+QImage ToImage(const SubpicturePicture& picture) {
+  const auto pixels = static_cast<std::size_t>(std::max(picture.width, 0)) *
+                      static_cast<std::size_t>(std::max(picture.height, 0));
+  if (pixels == 0 || picture.rgba.size() < pixels * kBytesPerPixel) return {};
+  const QImage image(picture.rgba.data(), picture.width, picture.height,
+                     picture.width * static_cast<int>(kBytesPerPixel), QImage::Format_RGBA8888);
+  // Premultiplied, so that smoothing does not draw the colour of transparent pixels into the edges.
+  return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+}  // namespace
+
+PictureView::PictureView(QWidget* parent) : QWidget(parent) {
+  setObjectName("pictureView");
+  setAccessibleName("Picture");
+  setMinimumSize(kSmallestHeight * 4 / 3, kSmallestHeight);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+void PictureView::Show(const View& view) {
+  frame_ = QSize(kPictureWidth, FrameHeight(view.standard));
+  aspect_ = view.aspect == kWideAspect ? 16.0 / 9.0 : 4.0 / 3.0;
+  picture_ = view.hasUnit ? ToImage(view.picture) : QImage();
+  place_ = QPoint(view.picture.x, view.picture.y);
+  setAccessibleDescription(view.hasUnit
+                               ? QString("Subpicture %1 of %2").arg(view.index + 1).arg(view.count)
+                               : QString("No subpicture"));
+  update();
+}
+
+void PictureView::SetBackground(Rgb colour) {
+  background_ = QColor(colour.r, colour.g, colour.b);
+  update();
+}
+
+QRectF PictureView::FrameRect() const {
+  const double frameHeight = std::min<double>(height(), width() / aspect_);
+  const QSizeF size(frameHeight * aspect_, frameHeight);
+  return {QPointF((width() - size.width()) / 2, (height() - size.height()) / 2), size};
+}
+
+QSize PictureView::sizeHint() const {
+  return {kPictureWidth, kPictureWidth * 3 / 4};
+}
+
+void PictureView::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  const QRectF target = FrameRect();
+  painter.fillRect(target, background_);
+  if (picture_.isNull()) return;
+  const double scaleX = target.width() / frame_.width();
+  const double scaleY = target.height() / frame_.height();
+  const double shownScale = std::min(scaleX, scaleY) * devicePixelRatioF();
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, shownScale < kScaleOfCleanSquares);
+  painter.setClipRect(target);
+  const QRectF area(target.x() + place_.x() * scaleX, target.y() + place_.y() * scaleY,
+                    picture_.width() * scaleX, picture_.height() * scaleY);
+  painter.drawImage(area, picture_);
+}
+
+}  // namespace quillomar

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QWidget>
+
+#include "editor/view.h"
+
+namespace quillomar {
+
+// The television frame with the current subpicture on it. Works on its own copy of the picture, so
+// that painting never looks at what a job changes.
+class PictureView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit PictureView(QWidget* parent = nullptr);
+
+  void Show(const View& view);
+  // Colour of the frame where no video is shown.
+  void SetBackground(Rgb colour);
+
+  // Where the frame stands in the widget: as large as fits, in the display's aspect.
+  [[nodiscard]] QRectF FrameRect() const;
+  [[nodiscard]] QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QSize frame_{kPictureWidth, 480};  // pixels, lines
+  double aspect_ = 4.0 / 3.0;        // width to height as displayed
+  QColor background_;
+  QImage picture_;  // null without a subpicture
+  QPoint place_;    // of the picture on the frame
+};
+
+}  // namespace quillomar

@@ -1,0 +1,70 @@
+#include "ui/qt_front_end.h"
+
+#include <QFile>
+#include <QMetaObject>
+#include <QThread>
+
+#include "ui/dialogs.h"
+#include "ui/help_pages.h"
+
+namespace quillomar {
+namespace {
+
+// Runs a function on the thread of an object and returns what it returns. The user-interface thread
+// never waits for the worker, so the wait always ends.
+template <typename Function>
+auto OnThreadOf(QObject& object, Function function) {
+  if (QThread::currentThread() == object.thread()) return function();
+  decltype(function()) result{};
+  QMetaObject::invokeMethod(
+      &object, [&] { result = function(); }, Qt::BlockingQueuedConnection);
+  return result;
+}
+
+}  // namespace
+
+ReportingHooks QtFrontEnd::Hooks() {
+  ReportingHooks hooks;
+  hooks.showError = [this](const std::string& text) {
+    return OnThreadOf(*this, [&] { return dialogs_.ShowError(text); });
+  };
+  hooks.askYesNo = [this](const std::string& question) {
+    return OnThreadOf(*this, [&] { return dialogs_.AskYesNo(question); });
+  };
+  hooks.askOkCancel = [this](const std::string& question) {
+    return OnThreadOf(*this, [&] { return dialogs_.AskOkCancel(question); });
+  };
+  return hooks;
+}
+
+std::vector<std::string> QtFrontEnd::ChooseFiles(const FileRequest& request) {
+  return dialogs_.ChooseFiles(request);
+}
+
+std::optional<Rgb> QtFrontEnd::ChooseColour(const std::string& title, Rgb start) {
+  return dialogs_.ChooseColour(title, start);
+}
+
+bool QtFrontEnd::OpenDocument(const std::string& pathOrUrl) {
+  return dialogs_.OpenDocument(pathOrUrl);
+}
+
+void QtFrontEnd::ShowMessage(const std::string& text) {
+  dialogs_.ShowMessage(text);
+}
+
+void QtFrontEnd::ShowAbout() {
+  dialogs_.ShowAbout();
+}
+
+void QtFrontEnd::ExtractManual(const std::string& path) {
+  const QByteArray manual = ManualPdf();
+  QFile file(QString::fromStdString(path));
+  if (!manual.isEmpty() && file.open(QIODevice::WriteOnly)) file.write(manual);
+}
+
+std::string QtFrontEnd::PageAddress(const std::string& page) {
+  return PagePath(QString::fromStdString(page)).toStdString();
+}
+
+}  // namespace quillomar

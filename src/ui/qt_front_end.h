@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include "base/reporting.h"
+#include "editor/front_end.h"
+
+namespace quillomar {
+
+class Dialogs;
+
+// What commands want from the window: dialogs are asked, changes are passed on as signals.
+class QtFrontEnd final : public QObject, public FrontEnd {
+  Q_OBJECT
+
+ public:
+  explicit QtFrontEnd(Dialogs& dialogs) : dialogs_(dialogs) {}
+
+  // Hooks that show their messages and questions on the thread of this object; a worker that calls
+  // one waits for the answer.
+  [[nodiscard]] ReportingHooks Hooks();
+
+  std::vector<std::string> ChooseFiles(const FileRequest& request) override;
+  std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) override;
+  bool OpenDocument(const std::string& pathOrUrl) override;
+  void ShowMessage(const std::string& text) override;
+  void ShowAbout() override;
+  void ExtractManual(const std::string& path) override;
+  std::string PageAddress(const std::string& page) override;
+  void CloseWindow() override { emit CloseRequested(); }
+  void Refresh() override { emit Changed(); }
+  void JobStarted(const std::string& title) override {
+    emit JobBegan(QString::fromStdString(title));
+  }
+  void JobEnded() override { emit JobOver(); }
+
+ signals:
+  void CloseRequested();
+  void Changed();
+  void JobBegan(const QString& title);
+  void JobOver();
+
+ private:
+  Dialogs& dialogs_;
+};
+
+}  // namespace quillomar
