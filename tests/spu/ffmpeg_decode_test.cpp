@@ -78,9 +78,10 @@ class FfmpegSubtitle {
 void ExpectSamePicture(const SubpictureUnit& unit, const AVSubtitleRect* rect) {
   const SpuState& state = unit.state;
   int differences = 0;
+  std::size_t at = 0;
   for (int row = 0; row < state.height; ++row) {
     for (int column = 0; column < state.width; ++column) {
-      const auto type = unit.pixels[static_cast<std::size_t>(row * state.width + column)];
+      const std::uint8_t type = unit.pixels[at++];
       const int x = rect == nullptr ? -1 : state.area.sx + column - rect->x;
       const int y = rect == nullptr ? -1 : state.area.sy + row - rect->y;
       if (x < 0 || y < 0 || x >= rect->w || y >= rect->h) {
