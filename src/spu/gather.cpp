@@ -110,11 +110,12 @@ bool SpuGatherer::BeginUnit(SectorView pack, const PackContext& place, const Spu
   const ByteSpan payload = SpuBytes(pack);
   const std::uint16_t offset = GetShort(payload, kSpuDcsqtOffset);
   const bool offsetHolds = offset < GetShort(payload, kSpuSizeOffset);
-  if (!offsetHolds) {
+  const bool begun = !Failed(assembly_.Begin(pack));
+  if (!begun || !offsetHolds) {
     context.limit.Report(Format(
         "Inconsistent data in subpic at LBA %u. Offset to commands past end of SPU", place.lba));
   }
-  if (Failed(assembly_.Begin(pack))) return false;
+  if (!begun) return false;
   unit_.state.dcsqtOffset = offsetHolds ? offset : kNoSequenceOffset;
   unit_.state.pts =
       static_cast<std::uint32_t>(GetTimeStamp(ByteSpan(pack).subspan(kPesHeaderDataOffset)));

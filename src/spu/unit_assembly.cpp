@@ -10,6 +10,7 @@ Result UnitAssembly::Begin(SectorView pack) {
   const ByteSpan payload = SpuBytes(pack);
   if (payload.size() < kSpuHeaderSize) return Result::kFailed;
   size_ = GetShort(payload, kSpuSizeOffset);
+  if (size_ < kSpuHeaderSize) return Result::kFailed;
   bytes_.clear();
   bytes_.reserve(size_);
   begun_ = true;

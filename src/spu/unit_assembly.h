@@ -18,7 +18,7 @@ inline constexpr int kReloadRoomReserve = kPaddingHeaderSize + 1;
 class UnitAssembly {
  public:
   // Takes the unit's size from its first pack, none of its bytes. Fails on one that does not carry
-  // the unit's whole header.
+  // the unit's whole header, and on a size that has no place for it.
   Result Begin(SectorView pack);
   // Takes what the next pack carries (the first one too), at most up to the unit's size.
   void Add(SectorView pack);
