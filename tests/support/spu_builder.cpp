@@ -153,7 +153,8 @@ std::vector<std::string> RandomRows(unsigned seed, int width, int height, int lo
   std::vector<std::string> rows(static_cast<std::size_t>(height));
   for (std::string& row : rows) {
     while (row.size() < static_cast<std::size_t>(width)) {
-      row.append(upTo(longestRun) + 1, static_cast<char>('0' + upTo(kPixelTypes)));
+      const std::size_t length = upTo(longestRun) + 1;
+      row.append(length, static_cast<char>('0' + upTo(kPixelTypes)));
     }
     row.resize(static_cast<std::size_t>(width));
   }
