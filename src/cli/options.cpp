@@ -5,6 +5,7 @@
 #include <map>
 #include <numeric>
 
+#include "base/format.h"
 #include "dvd/pack.h"
 #include "spu/colour_edit.h"
 #include "spu/subpicture_unit.h"
@@ -219,7 +220,7 @@ std::optional<CliOptions> ParseOptions(const std::vector<std::string>& words,
     }
     const std::string value = fromNext ? words[++i] : joined ? joined->second : std::string();
     if ((joined && !rule->second.takesValue) || !rule->second.set(options, value)) {
-      error = "wrong value for " + name + ": " + value;
+      error = Format("wrong value for %s: %s", name.c_str(), value.c_str());
       return std::nullopt;
     }
   }
