@@ -27,6 +27,11 @@ inline double FrameMs(VideoStandard standard) {
   return IsPal(standard) ? 40.0 : 33.366665;
 }
 
+// The same in whole ms, as limits of delays are counted: 40 or 33.
+inline int WholeFrameMs(VideoStandard standard) {
+  return static_cast<int>(FrameMs(standard));
+}
+
 // Ticks that count as one second wherever a time is shown, written or retimed. NTSC times are
 // stretched by 1.001 on purpose.
 inline int TicksPerSecond(VideoStandard standard) {

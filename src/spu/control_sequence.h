@@ -16,6 +16,13 @@ inline constexpr std::size_t kSequenceNextOffset = 2;
 inline constexpr std::size_t kSequenceHeaderSize = 4;
 // One unit of delay in ticks of 90 kHz.
 inline constexpr int kDelayUnitTicks = 1024;
+inline constexpr int kTicksPerMs = 90;
+inline constexpr int kMaxDelay = 65535;
+
+// A delay in ms, truncated and not rounded to frames.
+[[nodiscard]] constexpr int RawDelayMs(std::uint16_t delay) {
+  return delay * kDelayUnitTicks / kTicksPerMs;
+}
 
 enum SpuCommandCode : std::uint8_t {
   kForcedStart = 0x00,

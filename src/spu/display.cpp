@@ -40,14 +40,18 @@ PixelTypeValues HighestAlphas(const SpuState& state) {
 
 }  // namespace
 
+int ShownDelayMs(std::uint16_t delay, VideoStandard standard) {
+  const double ms = delay * double{kDelayUnitTicks} / kTicksPerMs;
+  const double frame = FrameMs(standard);
+  return static_cast<int>(std::ceil(ms / frame) * frame);
+}
+
 int DelayMs(const SubpictureUnit& unit, int index, VideoStandard standard) {
   const auto& sequences = unit.state.sequences;
   const int count = static_cast<int>(sequences.size());
   if (index == -1) index = count - 1;
   if (index < 0 || index >= count) return 0;
-  const double ms = sequences[static_cast<std::size_t>(index)].delay * double{kDelayUnitTicks} / 90;
-  const double frame = FrameMs(standard);
-  return static_cast<int>(std::ceil(ms / frame) * frame);
+  return ShownDelayMs(sequences[static_cast<std::size_t>(index)].delay, standard);
 }
 
 int DurationMs(const SubpictureUnit& unit, VideoStandard standard) {

@@ -16,6 +16,8 @@ namespace quillomar {
 Result ParseControlSequences(SubpictureUnit& unit, int index, std::uint16_t offset,
                              const SpuContext& context);
 
+// A delay in ms as it is shown, rounded up to a whole number of frames.
+[[nodiscard]] int ShownDelayMs(std::uint16_t delay, VideoStandard standard);
 // Delay of a sequence (-1: the last one) in ms, rounded up to a whole number of frames; 0 for an
 // index that does not exist.
 [[nodiscard]] int DelayMs(const SubpictureUnit& unit, int index, VideoStandard standard);

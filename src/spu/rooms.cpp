@@ -5,23 +5,13 @@
 #include <optional>
 
 #include "dvd/big_endian.h"
+#include "spu/run_length.h"
 
 namespace quillomar {
 namespace {
 
 std::uint16_t Shifted(std::uint16_t offset, int bytes) {
   return static_cast<std::uint16_t>(offset + bytes);
-}
-
-// In a malformed chain one sequence can stand inside another; mending the offsets of the one would
-// then change the commands of the other.
-bool SequencesOverlap(const SpuState& state) {
-  for (std::size_t i = 0; i + 1 < state.sequences.size(); ++i) {
-    const auto& commands = state.sequences[i].commands;
-    const bool ended = !commands.empty() && commands.back().code == kEndOfCommands;
-    if (!ended || state.sequences[i + 1].ownOffset <= commands.back().offset) return true;
-  }
-  return false;
 }
 
 std::optional<std::array<std::uint16_t, 2>> FieldOffsets(const ControlSequence& sequence) {
@@ -33,13 +23,19 @@ std::optional<std::array<std::uint16_t, 2>> FieldOffsets(const ControlSequence& 
   return std::nullopt;
 }
 
+// Offsets of a bitmap that would stay where they are while its codes move.
+bool HasBitmapBehind(const SpuState& state) {
+  return std::any_of(state.sequences.begin(), state.sequences.end(), [&](const auto& sequence) {
+    const auto offsets = FieldOffsets(sequence);
+    return offsets && std::max((*offsets)[0], (*offsets)[1]) > state.dcsqtOffset;
+  });
+}
+
 bool CanShift(const SpuState& state, int bytes) {
   if (bytes < 0 && HasOtherBitmap(state)) return false;
-  const bool headerHolds = state.dcsqtOffset >= kSpuHeaderSize &&
-                           state.dcsqtOffset <= state.bytes.size() &&
-                           state.spareRoom <= state.dcsqtOffset - static_cast<int>(kSpuHeaderSize);
-  return headerHolds && -bytes <= state.spareRoom && bytes <= state.freeRoom &&
-         state.TotalSize() + bytes <= kMaxSpuSize && !SequencesOverlap(state);
+  const bool spareHolds = state.spareRoom <= state.dcsqtOffset - static_cast<int>(kSpuHeaderSize);
+  return SequencesCanMove(state) && spareHolds && -bytes <= state.spareRoom &&
+         bytes <= state.freeRoom && state.TotalSize() + bytes <= kMaxSpuSize;
 }
 
 void MoveBytes(SpuState& state, int bytes) {
@@ -70,6 +66,35 @@ void MendSequences(SpuState& state, int bytes) {
 }
 
 }  // namespace
+
+bool SequencesOverlap(const SpuState& state) {
+  for (std::size_t i = 0; i + 1 < state.sequences.size(); ++i) {
+    const auto& commands = state.sequences[i].commands;
+    const bool ended = !commands.empty() && commands.back().code == kEndOfCommands;
+    if (!ended || state.sequences[i + 1].ownOffset <= commands.back().offset) return true;
+  }
+  return false;
+}
+
+bool SequencesCanMove(const SpuState& state) {
+  const bool headerHolds =
+      state.dcsqtOffset >= kSpuHeaderSize && state.dcsqtOffset < state.bytes.size();
+  return headerHolds && !SequencesOverlap(state) && !HasBitmapBehind(state);
+}
+
+int GrowthRoom(const SpuState& state) {
+  if (!SequencesCanMove(state)) return 0;
+  return std::max(std::min(state.freeRoom, kMaxSpuSize - state.TotalSize()), 0);
+}
+
+Result MakeRoom(SubpictureUnit& unit, int bytes, const SpuContext& context) {
+  SpuState& state = unit.state;
+  if (GrowthRoom(state) >= bytes) return Result::kDone;
+  if (!state.decoded && Failed(DecodeBitmap(unit, context))) return Result::kFailed;
+  const int missing = bytes - GrowthRoom(state);
+  static_cast<void>(ShiftControlSequences(unit, -std::min(missing, state.spareRoom)));
+  return GrowthRoom(state) >= bytes ? Result::kDone : Result::kFailed;
+}
 
 bool HasOtherBitmap(const SpuState& state) {
   return std::any_of(state.sequences.begin(), state.sequences.end(), [&](const auto& sequence) {

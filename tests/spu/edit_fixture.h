@@ -1,0 +1,71 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "spu/colour_edit.h"
+#include "spu/parse.h"
+#include "spu/run_length.h"
+#include "support/message_collector.h"
+#include "support/spu_builder.h"
+
+namespace quillomar::test {
+
+// Units to be edited, and what must hold of them afterwards.
+class EditTest : public testing::Test {
+ protected:
+  SubpictureUnit Parsed(const Bytes& bytes, int freeRoom) {
+    SubpictureUnit unit = MakeUnit(bytes);
+    unit.state.freeRoom = freeRoom;
+    EXPECT_EQ(ParseControlSequences(unit, 0, 0, context_), Result::kDone);
+    SelectControlSequence(unit, 0);
+    return unit;
+  }
+  SubpictureUnit Parsed(const SpuDescription& description, int freeRoom = 500) {
+    return Parsed(BuildSpu(description), freeRoom);
+  }
+  static SpuDescription Plain(int stopDelay) {
+    return Subtitle({"00000000", "01233210", "00111100", "02222220"}, 100, 400, stopDelay);
+  }
+  // The edit fails with exactly this message, or silently, and leaves everything as it was.
+  template <typename Edit>
+  void ExpectRefusal(SubpictureUnit& unit, const std::string& text, Edit edit) {
+    messages_.errors.clear();
+    const SubpictureUnit before = unit;
+    EXPECT_EQ(edit(unit), Result::kFailed);
+    EXPECT_EQ(unit.state, before.state);
+    EXPECT_EQ(unit.currentSequence, before.currentSequence);
+    EXPECT_EQ(unit.currentAlphas, before.currentAlphas);
+    const std::vector<std::string> shown(text.empty() ? 0 : 1, text);
+    EXPECT_EQ(messages_.errors, shown);
+  }
+  // What the bytes say, apart from where it stands in them.
+  struct Content {
+    std::vector<std::pair<int, std::vector<std::pair<std::uint32_t, std::array<std::uint16_t, 4>>>>>
+        sequences;
+    std::vector<std::string> rows;
+    DisplayArea area;
+    bool operator==(const Content&) const = default;
+  };
+  Content ContentOf(const SubpictureUnit& unit) {
+    SubpictureUnit reader = Parsed(unit.state.bytes, 0);
+    EXPECT_EQ(reader.state.sequences, unit.state.sequences);
+    EXPECT_EQ(DecodeBitmap(reader, context_), Result::kDone);
+    Content content{{}, PixelRows(reader), reader.state.area};
+    for (const auto& sequence : reader.state.sequences) {
+      auto& commands = content.sequences.emplace_back(sequence.delay, 0).second;
+      for (const auto& each : sequence.commands) commands.emplace_back(each.code, each.arguments);
+    }
+    return content;
+  }
+  PixelTypeValues AlphasOf(SubpictureUnit& unit, int sequence) {
+    SelectControlSequence(unit, sequence);
+    return *unit.currentAlphas;
+  }
+
+  MessageCollector messages_;
+  ReportLimit limit_{messages_.reporter};
+  SpuContext context_{messages_.reporter, limit_, VideoStandard::kPal};
+  SpuContext ntsc_{messages_.reporter, limit_, VideoStandard::kNtsc};
+};
+
+}  // namespace quillomar::test
