@@ -1,0 +1,71 @@
+// Edit scripts over an arbitrary unit. The first byte is the number of steps, the second and third
+// are the free room; the steps follow, then the unit, whose size field is mended as gathering would
+// have demanded it.
+#include <algorithm>
+
+#include "dvd/big_endian.h"
+#include "fuzz_target.h"
+#include "spu/colour_edit.h"
+#include "spu/parse.h"
+#include "support/edit_script.h"
+#include "support/memory_files.h"
+#include "support/spu_builder.h"
+
+namespace quillomar::fuzz {
+namespace {
+
+constexpr std::size_t kHeaderSize = 3;
+constexpr std::size_t kStepSize = 4;
+
+Bytes Seed(std::uint16_t freeRoom, const std::vector<Bytes>& steps,
+           const test::SpuDescription& description) {
+  Bytes input(kHeaderSize);
+  input[0] = static_cast<std::uint8_t>(steps.size());
+  PutShort(input, 1, freeRoom);
+  for (const Bytes& step : steps) input.insert(input.end(), step.begin(), step.end());
+  const Bytes unit = test::BuildSpu(description);
+  input.insert(input.end(), unit.begin(), unit.end());
+  return input;
+}
+
+}  // namespace
+
+std::vector<Bytes> Seeds() {
+  auto subtitle = test::Subtitle({"00000000", "01123300"}, 16, 400, 300);
+  subtitle.spareBytes = 40;
+  auto banded = test::Subtitle({"0123", "3210", "0011"}, 16, 400, 90);
+  const auto bands = test::ColconCommand({{400, 401, {{16, {1, 2, 3, 4}, {5, 6, 7, 8}}}}});
+  banded.sequences[0].commands.push_back(bands);
+  banded.sequences.insert(banded.sequences.begin() + 1, {30, {bands}});
+  return {
+      Seed(100,
+           {{2, 0, 0, 0}, {6, 0xFF, 8, 0}, {7, 0, 0, 0}, {5, 0, 0, 0}, {3, 0, 0, 0}, {4, 0, 0, 0}},
+           subtitle),
+      Seed(30, {{0, 1, 0x12, 0x3F}, {1, 1, 0, 0}, {8, 0, 0, 0}, {9, 2, 0, 7}, {10, 4, 0, 9}},
+           banded)};
+}
+
+}  // namespace quillomar::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace quillomar;
+  const ByteSpan input(data, size);
+  if (size < fuzz::kHeaderSize) return 0;
+  const std::size_t scriptSize = std::min(input[0] * fuzz::kStepSize, size - fuzz::kHeaderSize) /
+                                 fuzz::kStepSize * fuzz::kStepSize;
+  const ByteSpan unitBytes = input.subspan(fuzz::kHeaderSize + scriptSize);
+  if (unitBytes.size() < kSpuHeaderSize || unitBytes.size() > kMaxSpuSize) return 0;
+
+  test::MemoryFileSystem files;
+  Reporter reporter(files);
+  ReportLimit limit(reporter);
+  const SpuContext context{reporter, limit, VideoStandard::kPal};
+  SubpictureUnit unit = test::MakeUnit(Bytes(unitBytes.begin(), unitBytes.end()));
+  PutShort(unit.state.bytes, kSpuSizeOffset, static_cast<std::uint16_t>(unitBytes.size()));
+  unit.state.freeRoom = GetShort(input, 1);
+  if (Failed(ParseControlSequences(unit, 0, 0, context))) return 0;
+  SelectControlSequence(unit, 0);
+  const ByteSpan script = input.subspan(fuzz::kHeaderSize, scriptSize);
+  fuzz::Require(test::RunEditScript(unit, script, context).empty());
+  return 0;
+}
