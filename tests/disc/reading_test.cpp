@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "disc/disc_copy.h"
+#include "disc/open_disc.h"
 #include "disc/ffmpeg_subtitles.h"
 #include "spu/parse.h"
 #include "spu/run_length.h"

@@ -6,7 +6,7 @@
 
 #include <set>
 
-#include "disc/disc_copy.h"
+#include "disc/open_disc.h"
 #include "disc/ffmpeg_subtitles.h"
 
 namespace quillomar {

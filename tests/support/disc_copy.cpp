@@ -1,8 +1,11 @@
-#include "disc/disc_copy.h"
+#include "support/disc_copy.h"
 
-#include <algorithm>
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <filesystem>
+
+#include "base/platform.h"
 
 namespace quillomar::test {
 namespace {
@@ -36,30 +39,6 @@ std::vector<std::string> DiscCopy::TitleVobs() const {
     if (std::filesystem::exists(path)) paths.push_back(path);
   }
   return paths;
-}
-
-CliOutcome Cli(std::vector<std::string> arguments, const std::vector<std::string>& files) {
-  arguments.insert(arguments.end(), files.begin(), files.end());
-  const auto disk = MakeDiskFileSystem();
-  Session session(*disk, std::make_unique<DirectTransactionSource>());
-  std::istringstream in;
-  std::ostringstream out;
-  std::ostringstream err;
-  const int exitCode = RunCli(arguments, session, {in, out, err});
-  return {exitCode, out.str(), err.str()};
-}
-
-OpenEditor::OpenEditor(const std::vector<std::string>& paths) {
-  const auto agree = [this](const std::string& question) {
-    questions.push_back(question);
-    return true;
-  };
-  const auto showError = [this](const std::string& text) {
-    errors.push_back(text);
-    return 1;
-  };
-  editor_.Context().reporter.InstallHooks({showError, agree, agree});
-  editor_.OpenFiles(paths, false);
 }
 
 Bytes FileBytes(const std::string& path) {

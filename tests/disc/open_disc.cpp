@@ -1,0 +1,28 @@
+#include "disc/open_disc.h"
+
+namespace quillomar::test {
+CliOutcome Cli(std::vector<std::string> arguments, const std::vector<std::string>& files) {
+  arguments.insert(arguments.end(), files.begin(), files.end());
+  const auto disk = MakeDiskFileSystem();
+  Session session(*disk, std::make_unique<DirectTransactionSource>());
+  std::istringstream in;
+  std::ostringstream out;
+  std::ostringstream err;
+  const int exitCode = RunCli(arguments, session, {in, out, err});
+  return {exitCode, out.str(), err.str()};
+}
+
+OpenEditor::OpenEditor(const std::vector<std::string>& paths) {
+  const auto agree = [this](const std::string& question) {
+    questions.push_back(question);
+    return true;
+  };
+  const auto showError = [this](const std::string& text) {
+    errors.push_back(text);
+    return 1;
+  };
+  editor_.Context().reporter.InstallHooks({showError, agree, agree});
+  editor_.OpenFiles(paths, false);
+}
+
+}  // namespace quillomar::test
