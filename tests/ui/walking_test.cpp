@@ -1,0 +1,168 @@
+// Opening, the list, its filters, keys and names.
+
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDropEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QSlider>
+#include <QSpinBox>
+#include <set>
+
+#include "ui/window_test.h"
+
+namespace quillomar::test {
+namespace {
+
+TEST_F(WindowTest, TheListIsWalkedByKeysAndByNumber) {
+  StartOnDisc();
+  const int last = Shown().count - 1;
+  EXPECT_EQ(Find<QSpinBox>("subpictureNumber").value(), 1);
+  EXPECT_TRUE(Window().windowTitle().endsWith("VTS_01_1.VOB"));
+  Key(Qt::Key_Right);
+  Key(Qt::Key_Right);
+  Key(Qt::Key_Left);
+  EXPECT_EQ(Shown().index, 1);
+  EXPECT_EQ(Find<QSlider>("subpictureSlider").value(), 1);
+  Key(Qt::Key_End);
+  EXPECT_EQ(Shown().index, last);
+  Key(Qt::Key_Right);
+  EXPECT_EQ(Shown().index, last);
+  Key(Qt::Key_Home);
+  EXPECT_EQ(Shown().index, 0);
+
+  auto& number = Find<QSpinBox>("subpictureNumber");
+  number.setFocus();
+  number.selectAll();
+  Key(Qt::Key_4);
+  EXPECT_EQ(Shown().index, 0);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Shown().index, 3);
+  Find<QSlider>("subpictureSlider").setFocus();
+  Key(Qt::Key_Up);
+  EXPECT_EQ(Shown().index, 4);
+}
+
+TEST_F(WindowTest, FiltersNarrowTheList) {
+  StartOnDisc();
+  const int all = Shown().count;
+  auto& stream = Find<QComboBox>("stream");
+  stream.setFocus();
+  Key(Qt::Key_Down);
+  EXPECT_EQ(stream.currentIndex(), 1);
+  EXPECT_GT(Shown().count, 0);
+  EXPECT_LT(Shown().count, all);
+  QTest::mouseClick(&Find<QAbstractButton>("previousStream"), Qt::LeftButton);
+  EXPECT_EQ(Shown().count, all);
+  Find<QCheckBox>("modifiedOnly").click();
+  EXPECT_EQ(Shown().count, 0);
+  EXPECT_FALSE(Find<QSlider>("subpictureSlider").isEnabled());
+  Find<QCheckBox>("modifiedOnly").click();
+  Find<QCheckBox>("forcedOnly").click();
+  EXPECT_GT(Shown().count, 0);
+  EXPECT_LT(Shown().count, all);
+}
+
+TEST_F(WindowTest, BoxesAndMenusKeepTheirKeys) {
+  StartOnDisc();
+  auto& box = *new QLineEdit("text", &Window());
+  box.show();
+  box.setFocus();
+  Key(Qt::Key_Home);
+  EXPECT_EQ(box.cursorPosition(), 0);
+  Key(Qt::Key_Right);
+  EXPECT_EQ(Shown().index, 0);
+  auto& menu = Find<QMenu>("fileMenu");
+  menu.popup(Window().pos());
+  QTest::keyClick(&menu, Qt::Key_Right);
+  menu.close();
+  EXPECT_EQ(Shown().index, 0);
+}
+
+TEST_F(WindowTest, EveryControlHasItsNamesAndItsToolTip) {
+  StartOnDisc();
+  std::set<QString> names;
+  int controls = 0;
+  for (const QWidget* const widget : Window().findChildren<QWidget*>()) {
+    const bool isControl = qobject_cast<const QAbstractButton*>(widget) != nullptr ||
+                           qobject_cast<const QComboBox*>(widget) != nullptr ||
+                           qobject_cast<const QAbstractSpinBox*>(widget) != nullptr ||
+                           qobject_cast<const QSlider*>(widget) != nullptr;
+    const bool isPartOfAnother = widget->objectName().startsWith("qt_") ||
+                                 widget->parentWidget()->inherits("QComboBox") ||
+                                 widget->parentWidget()->objectName() == "clutPopup";
+    if (!isControl || isPartOfAnother) continue;
+    ++controls;
+    const std::string name = widget->objectName().toStdString();
+    EXPECT_FALSE(name.empty()) << widget->metaObject()->className();
+    EXPECT_TRUE(names.insert(widget->objectName()).second) << name;
+    EXPECT_FALSE(widget->accessibleName().isEmpty()) << name;
+    EXPECT_FALSE(widget->toolTip().isEmpty()) << name;
+  }
+  EXPECT_GT(controls, 20);
+}
+
+TEST_F(WindowTest, MenusShowEveryCommandOnceAndNoKeyServesTwo) {
+  Start({});
+  std::set<std::string_view> keys;
+  for (const Command& command : Commands()) {
+    const bool isNew = command.key.empty() || keys.insert(command.key).second;
+    EXPECT_TRUE(isNew) << command.key;
+    if (command.menu == Menu::kNone) continue;
+    const auto& action = *Window().findChild<QAction*>(command.name.data());
+    EXPECT_EQ(action.text().toStdString(), command.text);
+    EXPECT_EQ(action.isEnabled(), TheEditor().Enabled(command)) << command.name;
+  }
+}
+
+TEST_F(WindowTest, DroppedVobsAreOpenedAndOthersRefused) {
+  Start({});
+  const auto drop = [this](const std::string& path) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&Window(), &enter);
+    QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&Window(), &event);
+  };
+  drop(disc_->Path("VTS_01_0.IFO"));
+  WaitFor([this] { return dialogs_.errors.size() == 1; });
+  EXPECT_EQ(dialogs_.errors.at(0), "Error: I can only open VOB or SUP files");
+  drop(disc_->Path("VTS_01_1.VOB"));
+  WaitFor([this] { return Shown().count > 0 && !TheEditor().Busy(); });
+}
+
+TEST_F(WindowTest, OtherFilesOnTheCommandLineAreRefused) {
+  Start({disc_->Path("VTS_01_0.BUP")});
+  ASSERT_EQ(dialogs_.errors.size(), 1U);
+  EXPECT_EQ(dialogs_.errors[0], "Error, Quillomar can only open sup or vob files");
+  EXPECT_FALSE(Shown().hasSet);
+}
+
+TEST_F(WindowTest, HelpOpensTheManualAndThePages) {
+  Start({});
+  Key(Qt::Key_F1);
+  ASSERT_EQ(dialogs_.documents.size(), 1U);
+  EXPECT_EQ(dialogs_.documents[0], disc_->Path("Temp1.pdf"));
+  const Bytes manual = FileBytes(dialogs_.documents[0]);
+  ASSERT_GT(manual.size(), 10'000U);
+  EXPECT_EQ(std::string(manual.begin(), manual.begin() + 5), "%PDF-");
+  for (const CommandId id :
+       {CommandId::kWeb, CommandId::kGuideHearingImpaired, CommandId::kGuideColours}) {
+    TheEditor().Run(id);
+    EXPECT_FALSE(FileBytes(dialogs_.documents.back()).empty()) << dialogs_.documents.back();
+  }
+  dialogs_.opensDocuments = false;
+  Key(Qt::Key_F1);
+  EXPECT_EQ(dialogs_.messages, std::vector<std::string>{"Can't open help!!"});
+}
+
+}  // namespace
+}  // namespace quillomar::test
