@@ -37,12 +37,11 @@ std::vector<Bytes> Seeds() {
   const auto bands = test::ColconCommand({{400, 401, {{16, {1, 2, 3, 4}, {5, 6, 7, 8}}}}});
   banded.sequences[0].commands.push_back(bands);
   banded.sequences.insert(banded.sequences.begin() + 1, {30, {bands}});
-  return {
-      Seed(100,
-           {{2, 0, 0, 0}, {6, 0xFF, 8, 0}, {7, 0, 0, 0}, {5, 0, 0, 0}, {3, 0, 0, 0}, {4, 0, 0, 0}},
-           subtitle),
-      Seed(30, {{0, 1, 0x12, 0x3F}, {1, 1, 0, 0}, {8, 0, 0, 0}, {9, 2, 0, 7}, {10, 4, 0, 9}},
-           banded)};
+  return {Seed(100,
+               {{2, 0, 0, 0}, {6, 1, 8, 0}, {7, 0, 0, 0}, {5, 0, 0, 0}, {3, 0, 0, 0}, {4, 0, 0, 0}},
+               subtitle),
+          Seed(30, {{0, 3, 0x12, 0x3F}, {1, 3, 0, 0}, {8, 0, 0, 0}, {9, 2, 0, 7}, {10, 4, 0, 9}},
+               banded)};
 }
 
 }  // namespace quillomar::fuzz

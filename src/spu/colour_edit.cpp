@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "dvd/big_endian.h"
+#include "spu/rooms.h"
 #include "spu/run_length.h"
 
 namespace quillomar {
@@ -70,6 +71,7 @@ Result SetColour(SubpictureUnit& unit, int clutIndex, int pixelType) {
   if (clutIndex < 0 || clutIndex > 15 || pixelType < 0 || pixelType >= kPixelTypes) {
     return Result::kFailed;
   }
+  if (SequencesOverlap(unit.state)) return Result::kFailed;
   const auto type = static_cast<std::size_t>(pixelType);
   const auto index = static_cast<std::uint16_t>(clutIndex);
   ForEachCommand(unit, kSetColour, [&](SpuCommand& command) {
@@ -83,6 +85,7 @@ Result SetColour(SubpictureUnit& unit, int clutIndex, int pixelType) {
 
 Result SetAlpha(SubpictureUnit& unit, int alpha, int which, const SpuContext& context) {
   if (alpha < 0 || alpha > 15 || which < 0) return Result::kFailed;
+  if (SequencesOverlap(unit.state)) return Result::kFailed;
   const bool sparesBackground = which == kAlphaAllButBackground;
   if (sparesBackground && !unit.state.decoded && Failed(DecodeBitmap(unit, context))) {
     return Result::kFailed;

@@ -21,11 +21,13 @@ inline constexpr int kAlphaAll = 5;
 std::optional<int> SelectControlSequence(SubpictureUnit& unit, int index);
 
 // Sets the CLUT index (0 to 15) of a pixel type in the current sequence or, with unit.allSequences,
-// in all that set colours. Marks the unit modified when a value changes.
+// in all that set colours. Marks the unit modified when a value changes. Fails on sequences that
+// stand inside one another.
 Result SetColour(SubpictureUnit& unit, int clutIndex, int pixelType);
 
 // Sets the alpha (0 to 15) of a pixel type, of all but the background, or of all. Always marks the
-// unit modified. Fails when the background is needed and the bitmap cannot be decoded.
+// unit modified. Fails when the background is needed and the bitmap cannot be decoded, and on
+// sequences that stand inside one another.
 Result SetAlpha(SubpictureUnit& unit, int alpha, int which, const SpuContext& context);
 
 // Mean alpha of the pixel types that occur and are not background; 0 when there are none.

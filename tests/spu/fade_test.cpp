@@ -65,7 +65,7 @@ TEST_F(FadeTest, RoomAndStandardDecideTheSteps) {
 }
 
 TEST_F(FadeTest, RefusalsKeepEveryByte) {
-  const auto refuse = [this](SpuDescription description, int freeRoom, const char* text) {
+  const auto refuse = [this](const SpuDescription& description, int freeRoom, const char* text) {
     SubpictureUnit unit = Parsed(description, freeRoom);
     ExpectRefusal(unit, text,
                   [&](SubpictureUnit& each) { return AddFadeIn(each, false, context_); });

@@ -12,6 +12,8 @@ namespace quillomar::test {
 namespace {
 
 constexpr std::size_t kStepSize = 4;
+// Added to the index of a sequence, so that a byte can name -1 and less.
+constexpr int kIndexBias = 2;
 
 Result AddRandomSequence(SubpictureUnit& unit, int after, int value, const SpuContext& context) {
   const PixelTypeValues values = UnpackPixelTypeValues(static_cast<std::uint16_t>(value));
@@ -24,7 +26,7 @@ Result AddRandomSequence(SubpictureUnit& unit, int after, int value, const SpuCo
 }
 
 Result ApplyStep(SubpictureUnit& unit, ByteSpan step, const SpuContext& context) {
-  const int index = static_cast<std::int8_t>(step[1]);
+  const int index = step[1] - kIndexBias;
   const int value = GetShort(step, 2);
   switch (step[0] % 11) {
     case 0:
