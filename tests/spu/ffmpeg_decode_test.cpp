@@ -11,8 +11,11 @@ extern "C" {
 #include <random>
 
 #include "spu/colour_edit.h"
+#include "spu/duration.h"
+#include "spu/fade.h"
 #include "spu/parse.h"
 #include "spu/run_length.h"
+#include "spu/visibility.h"
 #include "support/message_collector.h"
 #include "support/spu_builder.h"
 
@@ -151,6 +154,44 @@ TEST(FfmpegDecode, AgreesOnPixelsPlaceColoursAndTimes) {
     ExpectSamePicture(unit, again.Rect());
   }
   EXPECT_GT(seen, 200);
+}
+
+TEST(FfmpegDecode, FindsTheDurationsStartsAndAlphasThatWereSet) {
+  MessageCollector messages;
+  ReportLimit limit(messages.reporter);
+  for (const auto standard : {VideoStandard::kPal, VideoStandard::kNtsc}) {
+    const SpuContext context{messages.reporter, limit, standard};
+    SpuDescription description = Subtitle(RandomRows(3, 60, 20, 9), 80, 400, 0);
+    description.sequences.pop_back();
+    SubpictureUnit unit = MakeUnit(BuildSpu(description));
+    unit.state.freeRoom = 300;
+    ASSERT_EQ(ParseControlSequences(unit, 0, 0, context), Result::kDone);
+    ASSERT_EQ(DecodeBitmap(unit, context), Result::kDone);
+    ASSERT_EQ(AddStopCommand(unit, context), Result::kDone);
+    for (const int frames : {1, 2, 25, 1000, 1024, 5000}) {
+      const int ms = static_cast<int>(frames * FrameMs(standard));
+      ASSERT_EQ(SetDelay(unit, -1, ms, context), Result::kDone);
+      ExpectSameTime(ms, FfmpegSubtitle(unit.state.bytes).EndMs(), standard);
+    }
+    SelectControlSequence(unit, 0);
+    ExpectSamePicture(unit, FfmpegSubtitle(unit.state.bytes).Rect());
+    const Bytes plain = unit.state.bytes;
+    ASSERT_EQ(AddFadeIn(unit, false, context), Result::kDone);
+    // FFmpeg paints with the alphas of the sequence that names the bitmap, here transparent ones,
+    // so all that it sees of a fade is its end.
+    ExpectSameTime(DurationMs(unit, standard), FfmpegSubtitle(unit.state.bytes).EndMs(), standard);
+    ASSERT_EQ(RemoveFadeIn(unit, context), Result::kDone);
+    EXPECT_EQ(unit.state.bytes, plain);
+
+    ASSERT_EQ(SetForcedStart(unit, true), Result::kDone);
+    const FfmpegSubtitle forced(unit.state.bytes);
+    ASSERT_NE(forced.Rect(), nullptr);
+    EXPECT_NE(forced.Rect()->flags & AV_SUBTITLE_FLAG_FORCED, 0);
+    ASSERT_EQ(SetForcedStart(unit, false), Result::kDone);
+    ExpectSamePicture(unit, FfmpegSubtitle(unit.state.bytes).Rect());
+    ASSERT_EQ(HideUnit(unit), Result::kDone);
+    EXPECT_EQ(FfmpegSubtitle(unit.state.bytes).Rect(), nullptr);
+  }
 }
 
 }  // namespace
