@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QKeyEvent>
+#include <QScreen>
 #include <algorithm>
 
 #include "ui/control_names.h"
@@ -49,7 +50,7 @@ ClutPopup::ClutPopup(QWidget* parent) : QFrame(parent, Qt::Popup) {
   }
 }
 
-void ClutPopup::OpenBelow(const QWidget& anchor, const RgbClut& clut, int current) {
+void ClutPopup::OpenAt(const QWidget& anchor, const RgbClut& clut, int current) {
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     const QColor colour(clut[i].r, clut[i].g, clut[i].b);
     const QString text = QString("CLUT entry %1: %2").arg(i).arg(colour.name());
@@ -57,7 +58,11 @@ void ClutPopup::OpenBelow(const QWidget& anchor, const RgbClut& clut, int curren
     entries_[i]->SetColour(colour);
   }
   adjustSize();
-  move(anchor.mapToGlobal(QPoint(0, anchor.height())));
+  QPoint place = anchor.mapToGlobal(QPoint(0, anchor.height()));
+  const QRect screen = anchor.screen()->availableGeometry();
+  if (place.y() + height() > screen.bottom()) place -= QPoint(0, anchor.height() + height());
+  place.setX(std::min(place.x(), screen.right() - width()));
+  move(place);
   show();
   entries_.at(static_cast<std::size_t>(std::clamp(current, 0, kClutSize - 1)))->setFocus();
 }

@@ -17,8 +17,8 @@ class ClutPopup final : public QFrame {
  public:
   explicit ClutPopup(QWidget* parent = nullptr);
 
-  // Opens below a widget with one entry (0 to 15) focused.
-  void OpenBelow(const QWidget& anchor, const RgbClut& clut, int current);
+  // Opens below a widget, or above where the screen ends, with one entry (0 to 15) focused.
+  void OpenAt(const QWidget& anchor, const RgbClut& clut, int current);
 
  signals:
   void Chosen(int entry);

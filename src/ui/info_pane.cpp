@@ -4,6 +4,7 @@
 #include <QScrollBar>
 #include <QTextCursor>
 #include <QTextOption>
+#include <algorithm>
 #include <cmath>
 
 #include "ui/control_names.h"
@@ -13,7 +14,23 @@ namespace quillomar {
 namespace {
 
 constexpr double kTwipsPerInch = 1440.0;
-constexpr double kLeastContrast = 0.35;
+// The pane's own colours reach this on white.
+constexpr double kLeastContrast = 3.9;
+constexpr float kLightnessStep = 0.02F;
+
+// Relative luminance and contrast ratio as the Web Content Accessibility Guidelines define them.
+double Luminance(const QColor& colour) {
+  const auto linear = [](double part) {
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+         0.0722 * linear(colour.blueF());
+}
+
+double Contrast(const QColor& a, const QColor& b) {
+  const auto [darker, lighter] = std::minmax({Luminance(a), Luminance(b)});
+  return (lighter + 0.05) / (darker + 0.05);
+}
 
 QTextBlockFormat BlockFormat(const RtfDocument& rtf, int dotsPerInch) {
   QList<QTextOption::Tab> tabs;
@@ -33,19 +50,25 @@ QTextCharFormat CharFormat(const RtfDocument& rtf, const RtfFormat& format,
   result.setFontPointSize(format.halfPoints / 2.0);
   const auto index = static_cast<std::size_t>(format.colour);
   if (index < rtf.colours.size()) {
-    result.setForeground(ReadableOn(palette.color(QPalette::Base), rtf.colours[index]));
+    result.setForeground(ReadableOn(palette, rtf.colours[index]));
   }
   return result;
 }
 
 }  // namespace
 
-QColor ReadableOn(const QColor& background, const QColor& colour) {
-  const auto lightness = colour.lightnessF();
-  if (std::abs(lightness - background.lightnessF()) >= kLeastContrast) return colour;
-  const auto mirrored = colour.lightnessF() < 0.5F ? std::max(1.0F - lightness, 0.7F)
-                                                   : std::min(1.0F - lightness, 0.3F);
-  return QColor::fromHslF(std::max(colour.hslHueF(), 0.0F), colour.hslSaturationF(), mirrored);
+QColor ReadableOn(const QPalette& palette, const QColor& colour) {
+  const QColor background = palette.color(QPalette::Base);
+  if (Contrast(colour, background) >= kLeastContrast) return colour;
+  if (colour.hslSaturation() == 0) return palette.color(QPalette::Text);
+  const float towards = Luminance(background) < 0.5 ? kLightnessStep : -kLightnessStep;
+  QColor result = colour;
+  for (float lightness = colour.lightnessF();
+       Contrast(result, background) < kLeastContrast && lightness >= 0.0F && lightness <= 1.0F;
+       lightness += towards) {
+    result = QColor::fromHslF(colour.hslHueF(), colour.hslSaturationF(), lightness);
+  }
+  return result;
 }
 
 InfoPane::InfoPane(QWidget* parent) : QTextEdit(parent) {

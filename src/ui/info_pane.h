@@ -24,8 +24,8 @@ class InfoPane final : public QTextEdit {
   std::string rtf_;
 };
 
-// A colour of the document made readable on a background: kept where the two differ enough in
-// lightness, else mirrored in lightness.
-[[nodiscard]] QColor ReadableOn(const QColor& background, const QColor& colour);
+// A colour of the document made readable on the palette's base: kept where the contrast is enough,
+// else lightened or darkened until it is; a grey becomes the text colour.
+[[nodiscard]] QColor ReadableOn(const QPalette& palette, const QColor& colour);
 
 }  // namespace quillomar

@@ -148,7 +148,7 @@ void LookPanel::PickColour(int type, bool edit) {
     editor_.EditClutEntry(type);
   } else if (view.clut && swatch.clutEntry) {
     pickedType_ = type;
-    popup_->OpenBelow(*swatches_.at(static_cast<std::size_t>(type)), *view.clut, *swatch.clutEntry);
+    popup_->OpenAt(*swatches_.at(static_cast<std::size_t>(type)), *view.clut, *swatch.clutEntry);
   }
 }
 

@@ -106,9 +106,9 @@ QWidget* MainWindow::MakeTextSide() {
 
 // Groups stand side by side from the left; the room after them takes the stretch.
 QWidget* MainWindow::MakeEditStrip() {
-  reload_ = MakeCommandButton(CommandId::kReloadUnit, "Reload subpic", "reloadSubpicture",
+  reload_ = MakeCommandButton(CommandId::kReloadUnit, "&Reload subpic", "reloadSubpicture",
                               "Reloads this subpic from disk");
-  save_ = MakeCommandButton(CommandId::kSaveAll, "Save all", "saveAllButton",
+  save_ = MakeCommandButton(CommandId::kSaveAll, "Save &all", "saveAllButton",
                             "Saves all the changes back to file.");
   auto* const buttons = new QVBoxLayout;
   buttons->addStretch(1);
@@ -127,7 +127,7 @@ QWidget* MainWindow::MakeEditStrip() {
 QPushButton* MainWindow::MakeCommandButton(CommandId command, const QString& text,
                                            const QString& objectName, const QString& toolTip) {
   auto* const button = new QPushButton(text, this);
-  NameControl(*button, objectName, text, toolTip);
+  NameControl(*button, objectName, QString(text).remove('&'), toolTip);
   connect(button, &QPushButton::clicked, this, [this, command] { editor_.Run(command); });
   return button;
 }

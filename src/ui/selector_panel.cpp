@@ -56,7 +56,7 @@ SelectorPanel::SelectorPanel(Editor& editor, QWidget* parent)
       vcids_(new QComboBox(this)),
       sequences_(new QComboBox(this)),
       modifiedOnly_(new QCheckBox("Only show &modified subpics", this)),
-      forcedOnly_(new QCheckBox("Only show &forced subpics", this)) {
+      forcedOnly_(new QCheckBox("Only show for&ced subpics", this)) {
   setObjectName("selectorPanel");
   auto* const layout = new QGridLayout(this);
   layout->setColumnStretch(kListColumn, 1);

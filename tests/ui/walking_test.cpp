@@ -109,6 +109,20 @@ TEST_F(WindowTest, EveryControlHasItsNamesAndItsToolTip) {
   EXPECT_GT(controls, 20);
 }
 
+TEST_F(WindowTest, NoMnemonicServesTwo) {
+  Start({});
+  std::set<QString> mnemonics;
+  const auto add = [&](const QString& text) {
+    const auto at = text.indexOf('&');
+    if (at < 0) return;
+    EXPECT_TRUE(mnemonics.insert(text.mid(at + 1, 1).toLower()).second) << text.toStdString();
+  };
+  for (const QAction* const action : Window().menuBar()->actions()) add(action->text());
+  for (const QLabel* const label : Window().findChildren<QLabel*>()) add(label->text());
+  for (const auto* const button : Window().findChildren<QAbstractButton*>()) add(button->text());
+  EXPECT_GT(mnemonics.size(), 10U);
+}
+
 TEST_F(WindowTest, MenusShowEveryCommandOnceAndNoKeyServesTwo) {
   Start({});
   std::set<std::string_view> keys;
