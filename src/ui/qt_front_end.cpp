@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QMetaObject>
 #include <QThread>
+#include <future>
+#include <memory>
 
 #include "ui/dialogs.h"
 #include "ui/help_pages.h"
@@ -15,10 +17,10 @@ namespace {
 template <typename Function>
 auto OnThreadOf(QObject& object, Function function) {
   if (QThread::currentThread() == object.thread()) return function();
-  decltype(function()) result{};
+  const auto answer = std::make_shared<std::promise<decltype(function())>>();
   QMetaObject::invokeMethod(
-      &object, [&] { result = function(); }, Qt::BlockingQueuedConnection);
-  return result;
+      &object, [&function, answer] { answer->set_value(function()); }, Qt::QueuedConnection);
+  return answer->get_future().get();
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ class PageDocument final : public QTextDocument {
 
  protected:
   QVariant loadResource(int type, const QUrl& name) override {
-    const QVariant resource = QTextDocument::loadResource(type, name);
+    QVariant resource = QTextDocument::loadResource(type, name);
     if (type != QTextDocument::ImageResource) return resource;
     QImage image = resource.value<QImage>();
     if (image.isNull()) image.loadFromData(resource.toByteArray());
