@@ -94,21 +94,6 @@ class PixelWriter {
   std::uint8_t* end_;
 };
 
-// Type of the background: that of the first pixel; but tightly cropped pictures begin on an
-// outline, so an opaque one gives way to the only type that the first sequence makes transparent.
-int FindBackground(const SpuState& state, int firstType) {
-  if (state.sequences.empty()) return firstType;
-  const auto& commands = state.sequences.front().commands;
-  const auto contrast = std::find_if(commands.begin(), commands.end(), [](const SpuCommand& each) {
-    return each.code == kSetContrast;
-  });
-  if (contrast == commands.end()) return firstType;
-  const PixelTypeValues& alphas = contrast->arguments;
-  if (alphas[static_cast<std::size_t>(firstType)] != kOpaque) return firstType;
-  if (std::count(alphas.begin(), alphas.end(), 0) != 1) return firstType;
-  return static_cast<int>(std::find(alphas.begin(), alphas.end(), 0) - alphas.begin());
-}
-
 class BitmapDecoder {
  public:
   BitmapDecoder(SubpictureUnit& unit, const SpuContext& context)
@@ -122,7 +107,7 @@ class BitmapDecoder {
   Result Decode() {
     if (width_ == 0 || height_ == 0) return Result::kFailed;
     statistics_.backgroundType =
-        state_.decoded ? state_.statistics.backgroundType : FindBackground(state_, FirstType());
+        state_.decoded ? state_.statistics.backgroundType : BackgroundTypeOf(state_, FirstType());
     unit_.pixels.resize(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
     PixelWriter writer(unit_.pixels);
     for (int row = 0; row < height_; ++row) DecodeRow(row, writer);
@@ -226,6 +211,20 @@ class BitmapDecoder {
 };
 
 }  // namespace
+
+int BackgroundTypeOf(const SpuState& state, int firstType) {
+  if (state.sequences.empty()) return firstType;
+  const auto& commands = state.sequences.front().commands;
+  const auto contrast = std::find_if(commands.begin(), commands.end(), [](const SpuCommand& each) {
+    return each.code == kSetContrast;
+  });
+  if (contrast == commands.end()) return firstType;
+  const PixelTypeValues& alphas = contrast->arguments;
+  // Tightly cropped pictures begin on an outline.
+  if (alphas[static_cast<std::size_t>(firstType)] != kOpaque) return firstType;
+  if (std::count(alphas.begin(), alphas.end(), 0) != 1) return firstType;
+  return static_cast<int>(std::find(alphas.begin(), alphas.end(), 0) - alphas.begin());
+}
 
 Result DecodeBitmap(SubpictureUnit& unit, const SpuContext& context) {
   if (!unit.complete) return Result::kFailed;

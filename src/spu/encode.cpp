@@ -76,26 +76,6 @@ int BitmapRows(const SubpictureUnit& unit) {
   return width == 0 ? 0 : static_cast<int>(unit.pixels.size()) / width;
 }
 
-// The smallest box around all pixels that are not background; that of an empty bitmap when there
-// are none.
-ContentBox FindContent(const SubpictureUnit& unit) {
-  const int width = unit.state.width;
-  const int rows = BitmapRows(unit);
-  ContentBox box;
-  const auto isContent = [background = unit.state.statistics.backgroundType](std::uint8_t type) {
-    return type != background;
-  };
-  for (int row = 0; row < rows; ++row) {
-    const auto begin = unit.pixels.begin() + static_cast<std::ptrdiff_t>(row) * width;
-    const auto first = std::find_if(begin, begin + width, isContent);
-    if (first == begin + width) continue;
-    const auto last = std::find_if(std::make_reverse_iterator(begin + width),
-                                   std::make_reverse_iterator(begin), isContent);
-    box.Add(row, static_cast<int>(first - begin), static_cast<int>(last.base() - begin) - 1);
-  }
-  return box.top < 0 ? ContentBox::OfEmptyBitmap(width, rows) : box;
-}
-
 ContentBox Widen(const ContentBox& content, CropMargins margins, int width, int rows) {
   // The first row stays even, so that every line stays in its field; one line more at the bottom
   // gives the last line its neighbour in the other field.
@@ -134,6 +114,21 @@ Result Replace(SubpictureUnit& unit, const EncodedBitmap& encoded, const Display
 
 }  // namespace
 
+ContentBox FindContent(ByteSpan pixels, int width, int background) {
+  const int rows = width == 0 ? 0 : static_cast<int>(pixels.size()) / width;
+  ContentBox box;
+  const auto isContent = [background](std::uint8_t type) { return type != background; };
+  for (int row = 0; row < rows; ++row) {
+    const auto begin = pixels.begin() + static_cast<std::ptrdiff_t>(row) * width;
+    const auto first = std::find_if(begin, begin + width, isContent);
+    if (first == begin + width) continue;
+    const auto last = std::find_if(std::make_reverse_iterator(begin + width),
+                                   std::make_reverse_iterator(begin), isContent);
+    box.Add(row, static_cast<int>(first - begin), static_cast<int>(last.base() - begin) - 1);
+  }
+  return box.top < 0 ? ContentBox::OfEmptyBitmap(width, rows) : box;
+}
+
 EncodedBitmap EncodeBitmap(const SubpictureUnit& unit, const ContentBox& crop) {
   EncodedBitmap encoded;
   EncodeField(unit, crop, crop.top, encoded.codes);
@@ -146,7 +141,9 @@ Result ReencodeBitmap(SubpictureUnit& unit, CropMargins margins, const SpuContex
   if (Failed(NeedBitmap(unit, context))) return Result::kFailed;
   const SpuState before = unit.state;
   const int rows = BitmapRows(unit);
-  const ContentBox crop = Widen(FindContent(unit), margins, unit.state.width, rows);
+  const ContentBox content =
+      FindContent(unit.pixels, unit.state.width, unit.state.statistics.backgroundType);
+  const ContentBox crop = Widen(content, margins, unit.state.width, rows);
   const EncodedBitmap encoded = EncodeBitmap(unit, crop);
   const DisplayArea area = CropArea(unit.state.areaAsFound, crop);
   if (!Failed(Replace(unit, encoded, area))) {

@@ -22,6 +22,14 @@ Result DecodeBitmap(SubpictureUnit& unit, const SpuContext& context);
 // Decodes only when the pixels are not held.
 Result NeedBitmap(SubpictureUnit& unit, const SpuContext& context);
 
+// Type of the background of a bitmap that begins with a pixel of `firstType`: that type or, where
+// the first sequence makes it opaque and exactly one type transparent, the transparent one.
+[[nodiscard]] int BackgroundTypeOf(const SpuState& state, int firstType);
+
+// The smallest box around all pixels (a type each, rows of `width`) that are not background; that
+// of an empty bitmap when there are none.
+[[nodiscard]] ContentBox FindContent(ByteSpan pixels, int width, int background);
+
 // Two fields that follow the unit's 4-byte header.
 struct EncodedBitmap {
   Bytes codes;           // top field, then bottom field; stands at byte 4 of the unit
