@@ -171,12 +171,12 @@ void MainWindow::Refresh() {
 
 void MainWindow::ShowStatus() {
   const View& view = editor_.CurrentView();
-  QString text;
-  if (view.hasSet) {
+  QString text = "Open VOB files from the File menu, or drop them here";
+  if (editor_.Busy()) {
+    text = QString::fromStdString(editor_.JobLabel());
+  } else if (view.hasSet) {
     text = view.count == 0 ? QString("No subpics in this selection")
                            : QString("Subpic %1 of %2").arg(view.index + 1).arg(view.count);
-  } else {
-    text = "Open VOB files from the File menu, or drop them here";
   }
   listStatus_->setText(text);
   videoStatus_->setText(VideoText(view));

@@ -1,39 +1,65 @@
 // Prints a Markdown document with its images as a PDF: manual_pdf INPUT.md OUTPUT.pdf
 
 #include <QAbstractTextDocumentLayout>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPageSize>
 #include <QPdfWriter>
+#include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
+#include <QTextFrame>
+#include <QTextTable>
 #include <QUrl>
+#include <algorithm>
 #include <cstdio>
 
 namespace {
 
 constexpr int kDotsPerInch = 150;
+constexpr double kImageDotsPerInch = 96;
 constexpr double kMarginMm = 18;
 constexpr double kFontPoints = 10.5;
+constexpr double kCellPadding = 8;  // dots
 
 // Images wider than the page are shown as wide as the page.
-class PageDocument final : public QTextDocument {
- public:
-  explicit PageDocument(int width) : width_(width) {}
+void FitImage(QTextDocument& document, const QTextFragment& fragment, const QDir& folder,
+              int pageWidth) {
+  QTextImageFormat format = fragment.charFormat().toImageFormat();
+  const double widest = pageWidth * kImageDotsPerInch / kDotsPerInch;
+  const QImage image(folder.filePath(format.name()));
+  format.setWidth(std::min<double>(image.width(), widest));
+  QTextCursor cursor(&document);
+  cursor.setPosition(fragment.position());
+  cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
+  cursor.setCharFormat(format);
+}
 
- protected:
-  QVariant loadResource(int type, const QUrl& name) override {
-    QVariant resource = QTextDocument::loadResource(type, name);
-    if (type != QTextDocument::ImageResource) return resource;
-    QImage image = resource.value<QImage>();
-    if (image.isNull()) image.loadFromData(resource.toByteArray());
-    return image.width() > width_ ? image.scaledToWidth(width_, Qt::SmoothTransformation) : image;
+void FitImages(QTextDocument& document, const QDir& folder, int pageWidth) {
+  for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+    for (auto part = block.begin(); !part.atEnd(); ++part) {
+      const QTextFragment fragment = part.fragment();
+      if (!fragment.charFormat().isImageFormat()) continue;
+      FitImage(document, fragment, folder, pageWidth);
+      break;  // the block's parts have changed; the manual's images stand alone
+    }
   }
+}
 
- private:
-  int width_;
-};
+void GiveTablesRoom(const QTextDocument& document) {
+  for (QTextFrame* const frame : document.rootFrame()->childFrames()) {
+    auto* const table = qobject_cast<QTextTable*>(frame);
+    if (table == nullptr) continue;
+    QTextTableFormat format = table->format();
+    format.setCellPadding(kCellPadding);
+    format.setCellSpacing(0);
+    format.setBorderCollapse(true);
+    table->setFormat(format);
+  }
+}
 
 int Fail(const char* what, const QString& path) {
   std::fprintf(stderr, "manual_pdf: %s %s\n", what, qPrintable(path));
@@ -58,7 +84,8 @@ int main(int argc, char** argv) {
                         QPageLayout::Millimeter);
   writer.setResolution(kDotsPerInch);
 
-  PageDocument document(writer.width());
+  QTextDocument document;
+  const QDir folder = QFileInfo(arguments[1]).absoluteDir();
   document.setMetaInformation(
       QTextDocument::DocumentUrl,
       QUrl::fromLocalFile(QFileInfo(arguments[1]).absoluteFilePath()).toString());
@@ -67,6 +94,8 @@ int main(int argc, char** argv) {
   font.setPointSizeF(kFontPoints);
   document.setDefaultFont(font);
   document.setMarkdown(QString::fromUtf8(input.readAll()));
+  GiveTablesRoom(document);
+  FitImages(document, folder, writer.width());
   document.setPageSize(QSizeF(writer.width(), writer.height()));
   document.print(&writer);
   return output.error() == QFileDevice::NoError ? 0 : Fail("cannot write", arguments[2]);
