@@ -93,23 +93,38 @@ DisplayArea CropArea(const DisplayArea& area, const ContentBox& crop) {
           sum(area.sy, crop.bottom)};
 }
 
+// Later sequences may repeat the first one's area and offsets; an area of their own stays.
+Result NamePlace(SubpictureUnit& unit, const EncodedBitmap& encoded, const DisplayArea& area) {
+  Bytes& bytes = unit.state.bytes;
+  const auto firstAreaAt = FindCommand(unit, kSetDisplayArea, 0);
+  if (!firstAreaAt || !FindCommand(unit, kSetFieldOffsets, 0)) return Result::kFailed;
+  const auto argumentsOf = [](int command) { return static_cast<std::size_t>(command) + 1; };
+  const DisplayArea found = ReadDisplayArea(bytes, argumentsOf(*firstAreaAt));
+  for (int i = 0; i < static_cast<int>(unit.state.sequences.size()); ++i) {
+    const auto areaAt = FindCommand(unit, kSetDisplayArea, i);
+    if (areaAt && ReadDisplayArea(bytes, argumentsOf(*areaAt)) == found) {
+      WriteDisplayArea(bytes, argumentsOf(*areaAt), area);
+    }
+    const auto offsetsAt = FindCommand(unit, kSetFieldOffsets, i);
+    if (!offsetsAt) continue;
+    PutShort(bytes, argumentsOf(*offsetsAt), kSpuHeaderSize);
+    PutShort(bytes, argumentsOf(*offsetsAt) + 2, static_cast<std::uint16_t>(encoded.bottomOffset));
+  }
+  return Result::kDone;
+}
+
 // Puts codes, display area and field offsets into the unit's bytes; fails, possibly half-way, when
-// there is no room for them or no command that names them.
+// there is no room for them or no command that names them, and where a second bitmap lies behind
+// the first.
 Result Replace(SubpictureUnit& unit, const EncodedBitmap& encoded, const DisplayArea& area) {
   SpuState& state = unit.state;
+  if (HasOtherBitmap(state)) return Result::kFailed;
   const int missing = encoded.End() - state.dcsqtOffset;
   if (missing > 0 && Failed(ShiftControlSequences(unit, missing))) return Result::kFailed;
-  const auto areaAt = FindCommand(unit, kSetDisplayArea, 0);
-  const auto offsetsAt = FindCommand(unit, kSetFieldOffsets, 0);
-  if (!areaAt || !offsetsAt) return Result::kFailed;
   const auto first = state.bytes.begin() + kSpuHeaderSize;
   const auto afterCodes = std::copy(encoded.codes.begin(), encoded.codes.end(), first);
   std::fill(afterCodes, state.bytes.begin() + state.dcsqtOffset, std::uint8_t{0});
-  WriteDisplayArea(state.bytes, static_cast<std::size_t>(*areaAt) + 1, area);
-  const auto arguments = static_cast<std::size_t>(*offsetsAt) + 1;
-  PutShort(state.bytes, arguments, kSpuHeaderSize);
-  PutShort(state.bytes, arguments + 2, static_cast<std::uint16_t>(encoded.bottomOffset));
-  return Result::kDone;
+  return NamePlace(unit, encoded, area);
 }
 
 }  // namespace

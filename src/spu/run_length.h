@@ -49,7 +49,7 @@ struct CropMargins {
 // state.areaAsFound): crops to the content box plus margins, writes codes, display area and field
 // offsets, and decodes anew. The codes may take the spare room and then the free room, for which
 // the control sequences move up. Fails, with the unit's state as it was and its bitmap decoded
-// again, when they do not fit.
+// again, when they do not fit and when a later sequence shows another bitmap.
 Result ReencodeBitmap(SubpictureUnit& unit, CropMargins margins, const SpuContext& context);
 
 }  // namespace quillomar

@@ -1,4 +1,5 @@
 #include "exchange_fixture.h"
+#include "spu/colour_edit.h"
 
 namespace quillomar {
 namespace {
@@ -162,6 +163,26 @@ TEST_F(ImportTest, ABitmapMayTakeAllRoomAndNoMore) {
   EXPECT_TRUE(Screen(unit) == Screen(busy));
 }
 
+TEST_F(ImportTest, LaterSequencesThatRepeatThePlaceFollow) {
+  SpuDescription description = Small();
+  const SubpictureUnit found = Decoded(description);
+  const auto withRepeat = [&](int bottom) {
+    description.sequences[1].commands = {
+        FieldOffsetsCommand(found.state.topOffset, bottom), AreaCommand(found.state.area), {kStop}};
+    return Decoded(description);
+  };
+  PutFrame(Frame({40, 99, 100, 131}, 2));
+  SubpictureUnit unit = withRepeat(found.state.bottomOffset);
+  ASSERT_EQ(Import(unit), Result::kDone);
+  const auto& sequences = unit.state.sequences;
+  EXPECT_EQ(sequences[1].commands[0].arguments,
+            (std::array<std::uint16_t, 4>{unit.state.topOffset, unit.state.bottomOffset}));
+  EXPECT_EQ(sequences[1].commands[1].arguments, (std::array<std::uint16_t, 4>{131, 100, 99, 40}));
+  // Another bitmap would be overwritten.
+  unit = withRepeat(found.state.bottomOffset + 1);
+  ExpectRefusal(unit, kNoRoom);
+}
+
 TEST_F(ImportTest, UnusedBytesAreClosedUp) {
   SpuDescription description = Subtitle({"01", "23"}, 100, 200, 9);
   description.spareBytes = 30;
@@ -173,6 +194,27 @@ TEST_F(ImportTest, UnusedBytesAreClosedUp) {
   EXPECT_EQ(unit.state.dcsqtOffset, codesEnd + 5);
   EXPECT_EQ(unit.state.freeRoom + unit.state.spareRoom, rooms);
   EXPECT_EQ(PixelRows(unit), description.rows);
+}
+
+TEST_F(ImportTest, UnusedBytesBeforeTheBitmapAreClosedUp) {
+  const SpuDescription description = Subtitle({"01", "23"}, 100, 200, 9);
+  const SubpictureUnit plain = Decoded(description);
+  SpuDescription loose = description;
+  loose.spareBytes = 7;
+  SubpictureUnit unit = Decoded(loose);
+  // The codes move up to the control sequences.
+  Bytes bytes = unit.state.bytes;
+  const auto codes = bytes.begin() + 4;
+  std::rotate(codes, bytes.begin() + plain.state.dcsqtOffset, codes + (unit.state.dcsqtOffset - 4));
+  const auto offsetsAt = static_cast<std::size_t>(*FindCommand(unit, kSetFieldOffsets, 0));
+  bytes[offsetsAt + 2] = 11;
+  bytes[offsetsAt + 4] = static_cast<std::uint8_t>(plain.state.bottomOffset + 7);
+  unit = Decoded(bytes, 100);
+  ASSERT_EQ(unit.state.topOffset, 11);
+  ASSERT_EQ(Export(unit), Result::kDone);
+  ASSERT_EQ(Import(unit), Result::kDone);
+  EXPECT_EQ(unit.state.bytes, plain.state.bytes);
+  EXPECT_EQ(unit.state.freeRoom, 107);
 }
 
 }  // namespace
