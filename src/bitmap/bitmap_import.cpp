@@ -47,7 +47,8 @@ Bytes MapPixels(const BmpView& bitmap, const TypeColours& colours) {
 }
 
 std::uint8_t TypeAt(const Bytes& frame, int row, int column) {
-  return frame[static_cast<std::size_t>(row * kPictureWidth + column)];
+  constexpr auto kRowSize = static_cast<std::size_t>(kPictureWidth);
+  return frame[static_cast<std::size_t>(row) * kRowSize + static_cast<std::size_t>(column)];
 }
 
 // The part of the frame that becomes the bitmap.

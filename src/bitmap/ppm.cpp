@@ -25,10 +25,16 @@ std::vector<int> SourceRows(int height, double scale) {
 std::vector<int> SourceColumns(int width, double scale) {
   std::vector<int> columns;
   const int count = static_cast<int>(std::min<double>(width / scale, kLongestEdge + 1));
+  columns.reserve(static_cast<std::size_t>(count));
   for (int column = 0; column < count; ++column) {
-    columns.push_back(std::min(static_cast<int>(column * scale + 0.5), width - 1));
+    const double source = column * scale + 0.5;
+    columns.push_back(std::min(static_cast<int>(source), width - 1));
   }
   return columns;
+}
+
+std::size_t RowStart(int row, int width) {
+  return static_cast<std::size_t>(row) * static_cast<std::size_t>(width);
 }
 
 bool IsScale(double scale) {
@@ -53,8 +59,9 @@ std::optional<Bytes> MakePpm(ByteSpan pixels, int width, const TypeColours& colo
       Format("P6\n%d %d\n255\n", static_cast<int>(columns.size()), static_cast<int>(rows.size()));
   Bytes file(header.begin(), header.end());
   for (const int row : rows) {
+    const ByteSpan source = pixels.subspan(RowStart(row, width));
     for (const int column : columns) {
-      const Rgb colour = colours.at(pixels[static_cast<std::size_t>(row * width + column)]);
+      const Rgb colour = colours.at(source[static_cast<std::size_t>(column)]);
       file.insert(file.end(), {colour.r, colour.g, colour.b});
     }
   }

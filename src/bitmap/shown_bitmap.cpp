@@ -12,7 +12,9 @@ ShownBitmap FindShownBitmap(const SubpictureUnit& unit) {
   // A move that hides rows shortens the area and leaves the bitmap whole.
   const int hidden = std::clamp(state.areaAsFound.Lines() - state.area.Lines(), 0, rows);
   const int height = std::min(rows - hidden, state.height);
-  const auto row = [width](int count) { return static_cast<std::size_t>(count * width); };
+  const auto row = [width](int count) {
+    return static_cast<std::size_t>(count) * static_cast<std::size_t>(width);
+  };
   return {state.area.sx, state.area.sy, width, height,
           ByteSpan(unit.pixels).subspan(row(hidden), row(height))};
 }
