@@ -161,7 +161,7 @@ bool IsPrivateFolder(const std::string& path) {
 
 std::string MakePrivateTemporaryFolder() {
   const std::string parent = EnvironmentVariable("TMPDIR").value_or("/tmp");
-  const std::string folder =
+  std::string folder =
       JoinPath(parent, Format("quillomar-%u", static_cast<unsigned>(::getuid())));
   ::mkdir(folder.c_str(), kPrivateFolderMode);
   if (IsPrivateFolder(folder)) return folder;
@@ -174,7 +174,7 @@ std::string MakeConfigurationFolder() {
   if (home.empty() || home.front() != '/') {
     home = JoinPath(EnvironmentVariable("HOME").value_or("/"), ".config");
   }
-  const std::string folder = JoinPath(home, "quillomar");
+  std::string folder = JoinPath(home, "quillomar");
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   return folder;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <tuple>
 
 namespace quillomar {
 
@@ -16,7 +17,10 @@ using SectorView = std::span<const std::uint8_t, kSectorSize>;
 struct Vcid {
   std::uint16_t vobId = 0;
   std::uint8_t cellId = 0;
-  friend auto operator<=>(const Vcid&, const Vcid&) = default;
+  friend bool operator==(const Vcid&, const Vcid&) = default;
+  friend bool operator<(const Vcid& a, const Vcid& b) {
+    return std::tie(a.vobId, a.cellId) < std::tie(b.vobId, b.cellId);
+  }
 };
 
 }  // namespace quillomar

@@ -89,7 +89,8 @@ FfmpegSubtitle Convert(const AVSubtitle& subtitle, const AVPacket& packet, int s
   result.width = rect.w;
   result.height = rect.h;
   for (int row = 0; row < rect.h; ++row) {
-    const std::uint8_t* const start = rect.data[0] + row * rect.linesize[0];
+    const std::uint8_t* const start =
+        rect.data[0] + static_cast<std::ptrdiff_t>(row) * rect.linesize[0];
     result.types.insert(result.types.end(), start, start + rect.w);
   }
   const auto* const palette = reinterpret_cast<const std::uint32_t*>(rect.data[1]);

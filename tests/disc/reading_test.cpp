@@ -4,8 +4,8 @@
 
 #include <cmath>
 
-#include "disc/open_disc.h"
 #include "disc/ffmpeg_subtitles.h"
+#include "disc/open_disc.h"
 #include "spu/parse.h"
 #include "spu/run_length.h"
 
@@ -40,8 +40,11 @@ void ExpectSamePixels(const SubpictureUnit& unit, const FfmpegSubtitle& other) {
       const int x = state.area.sx + column - other.x;
       const int y = state.area.sy + row - other.y;
       const bool inside = x >= 0 && x < other.width && y >= 0 && y < other.height;
-      const bool same = inside ? other.types[static_cast<std::size_t>(y * other.width + x)] == type
-                               : (*unit.currentAlphas)[static_cast<std::size_t>(type)] == 0;
+      const bool same =
+          inside
+              ? other.types.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(other.width) +
+                               static_cast<std::size_t>(x)) == type
+              : (*unit.currentAlphas)[static_cast<std::size_t>(type)] == 0;
       if (!same) ++differing;
     }
   }
