@@ -1,9 +1,7 @@
 #include <algorithm>
 
-#include "dvd/big_endian.h"
-#include "spu/colour_edit.h"
-#include "spu/command_bytes.h"
-#include "spu/parse.h"
+#include "spu/place.h"
+#include "spu/position.h"
 #include "spu/rooms.h"
 #include "spu/run_length.h"
 
@@ -93,30 +91,11 @@ DisplayArea CropArea(const DisplayArea& area, const ContentBox& crop) {
           sum(area.sy, crop.bottom)};
 }
 
-// Later sequences may repeat the first one's area and offsets; an area of their own stays.
-Result NamePlace(SubpictureUnit& unit, const EncodedBitmap& encoded, const DisplayArea& area) {
-  Bytes& bytes = unit.state.bytes;
-  const auto firstAreaAt = FindCommand(unit, kSetDisplayArea, 0);
-  if (!firstAreaAt || !FindCommand(unit, kSetFieldOffsets, 0)) return Result::kFailed;
-  const auto argumentsOf = [](int command) { return static_cast<std::size_t>(command) + 1; };
-  const DisplayArea found = ReadDisplayArea(bytes, argumentsOf(*firstAreaAt));
-  for (int i = 0; i < static_cast<int>(unit.state.sequences.size()); ++i) {
-    const auto areaAt = FindCommand(unit, kSetDisplayArea, i);
-    if (areaAt && ReadDisplayArea(bytes, argumentsOf(*areaAt)) == found) {
-      WriteDisplayArea(bytes, argumentsOf(*areaAt), area);
-    }
-    const auto offsetsAt = FindCommand(unit, kSetFieldOffsets, i);
-    if (!offsetsAt) continue;
-    PutShort(bytes, argumentsOf(*offsetsAt), kSpuHeaderSize);
-    PutShort(bytes, argumentsOf(*offsetsAt) + 2, static_cast<std::uint16_t>(encoded.bottomOffset));
-  }
-  return Result::kDone;
-}
-
-// Puts codes, display area and field offsets into the unit's bytes; fails, possibly half-way, when
-// there is no room for them or no command that names them, and where a second bitmap lies behind
-// the first.
-Result Replace(SubpictureUnit& unit, const EncodedBitmap& encoded, const DisplayArea& area) {
+// Puts codes, display area and field offsets into the unit's bytes and reads them again; fails,
+// possibly half-way, when there is no room for them or no command that names them. Codes of another
+// bitmap would be written over.
+Result Replace(SubpictureUnit& unit, const EncodedBitmap& encoded, const DisplayArea& area,
+               const SpuContext& context) {
   SpuState& state = unit.state;
   if (HasOtherBitmap(state)) return Result::kFailed;
   const int missing = encoded.End() - state.dcsqtOffset;
@@ -124,7 +103,22 @@ Result Replace(SubpictureUnit& unit, const EncodedBitmap& encoded, const Display
   const auto first = state.bytes.begin() + kSpuHeaderSize;
   const auto afterCodes = std::copy(encoded.codes.begin(), encoded.codes.end(), first);
   std::fill(afterCodes, state.bytes.begin() + state.dcsqtOffset, std::uint8_t{0});
-  return NamePlace(unit, encoded, area);
+  state.decoded = false;
+  const auto bottomOffset = static_cast<std::uint16_t>(encoded.bottomOffset);
+  if (Failed(PutPlace(unit, {area, kSpuHeaderSize, bottomOffset}, context))) return Result::kFailed;
+  return DecodeBitmap(unit, context);
+}
+
+// The bands are still where the move has put them; their places as found are known.
+Result MoveAgain(SubpictureUnit& unit, const std::vector<BandPlace>& bands,
+                 const SpuContext& context) {
+  SpuState& state = unit.state;
+  const int v = state.verticalOffset;
+  state.hiddenRows = 0;
+  MoveBands(state, bands);
+  if (Failed(MoveHorizontal(unit, state.horizontalOffset, context))) return Result::kFailed;
+  // An even offset stays even when the new content has other limits.
+  return MoveVertical(unit, v, v % 2 == 0, context);
 }
 
 }  // namespace
@@ -161,19 +155,22 @@ Result ReencodeBitmap(SubpictureUnit& unit, CropMargins margins, const SpuContex
   const ContentBox crop = Widen(content, margins, unit.state.width, rows);
   const EncodedBitmap encoded = EncodeBitmap(unit, crop);
   const DisplayArea area = CropArea(unit.state.areaAsFound, crop);
-  if (!Failed(Replace(unit, encoded, area))) {
-    unit.state.decoded = false;
-    unit.state.modified = unit.state.modified || unit.state.bytes != before.bytes;
-    if (!Failed(ParseControlSequences(unit, 0, 0, context)) &&
-        !Failed(DecodeBitmap(unit, context))) {
-      return Result::kDone;
-    }
+  const auto bands = FindBandsAsFound(unit.state);
+  if (!Failed(Replace(unit, encoded, area, context)) && !Failed(MoveAgain(unit, bands, context))) {
+    unit.state.modified = before.modified || unit.state.bytes != before.bytes;
+    return Result::kDone;
   }
   unit.state = before;
   unit.pixels.clear();
   // The failure is the refusal; a bitmap that could be decoded before can be decoded now.
   static_cast<void>(DecodeBitmap(unit, context));
   return Result::kFailed;
+}
+
+Result CropBackground(SubpictureUnit& unit, CropMargins margins, const SpuContext& context) {
+  // The codes count, not what may have been drawn into the pixels.
+  if (Failed(DecodeBitmap(unit, context))) return Result::kFailed;
+  return ReencodeBitmap(unit, margins, context);
 }
 
 }  // namespace quillomar

@@ -47,9 +47,12 @@ struct CropMargins {
 };
 // Whole re-encode after a crop or a change of unit.pixels (rows of state.width bytes that stand at
 // state.areaAsFound): crops to the content box plus margins, writes codes, display area and field
-// offsets, and decodes anew. The codes may take the spare room and then the free room, for which
-// the control sequences move up. Fails, with the unit's state as it was and its bitmap decoded
-// again, when they do not fit and when a later sequence shows another bitmap.
+// offsets, decodes anew and applies both moves again to the area that the crop leaves. Marks the
+// unit modified when its bytes change. The codes may take the spare room and then the free room,
+// for which the control sequences move up. Fails, with the unit's state as it was and its bitmap
+// decoded again, when they do not fit and when a later sequence shows another bitmap.
 Result ReencodeBitmap(SubpictureUnit& unit, CropMargins margins, const SpuContext& context);
+// Cuts off the background around the content but for the margins; contract of ReencodeBitmap.
+Result CropBackground(SubpictureUnit& unit, CropMargins margins, const SpuContext& context);
 
 }  // namespace quillomar

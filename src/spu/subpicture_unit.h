@@ -69,6 +69,14 @@ struct BitmapStatistics {
   friend bool operator==(const BitmapStatistics&, const BitmapStatistics&) = default;
 };
 
+// Lines and columns of a change-colour band.
+struct BandPlace {
+  std::uint16_t topLine = 0;
+  std::uint16_t bottomLine = 0;
+  std::vector<std::uint16_t> startColumns;
+  friend bool operator==(const BandPlace&, const BandPlace&) = default;
+};
+
 // Everything of a unit that an edit can change, as one value: a copy restores it.
 struct SpuState {
   Bytes bytes;                     // the unit; its size is the total size
@@ -88,7 +96,9 @@ struct SpuState {
   BitmapStatistics statistics;
   int horizontalOffset = 0;  // pixels right of the area as found
   int verticalOffset = 0;    // lines above the area as found
+  int hiddenRows = 0;        // of the bitmap, above the area: cut off by the vertical move
   int border = 0;            // lines
+  std::vector<BandPlace> bandsAsFound;  // of all tables, while the unit is moved
   bool decoded = false;
   bool modified = false;
   friend bool operator==(const SpuState&, const SpuState&) = default;

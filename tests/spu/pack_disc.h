@@ -28,7 +28,7 @@ class PackDisc {
     count_ = static_cast<std::uint32_t>(packs.size());
   }
 
-  SpuContext Context() { return {messages.reporter, limit, VideoStandard::kPal}; }
+  SpuContext Context() { return {messages.reporter, limit, standard}; }
   PackContext Place(std::uint32_t lba) {
     PackContext place;
     place.lba = place.lbaInFile = lba;
@@ -71,6 +71,7 @@ class PackDisc {
   Result Load(SubpictureUnit& unit) { return Reload(unit, set, Context()); }
   Bytes& Image() { return messages.files.Content(kPath); }
 
+  VideoStandard standard = VideoStandard::kPal;
   MessageCollector messages;
   ReportLimit limit{messages.reporter};
   VobFileSet set{messages.files, messages.reporter};
