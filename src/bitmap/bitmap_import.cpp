@@ -76,7 +76,8 @@ void PutBitmap(SubpictureUnit& unit, const Bytes& frame, const ContentBox& box) 
   state.area = state.areaAsFound;
   state.width = state.area.Columns();
   state.height = state.area.Lines();
-  state.horizontalOffset = state.verticalOffset = state.border = 0;
+  state.horizontalOffset = state.verticalOffset = state.hiddenRows = state.border = 0;
+  state.bandsAsFound.clear();
   unit.pixels.clear();
   for (std::ptrdiff_t row = box.top; row <= box.bottom; ++row) {
     const auto start = frame.begin() + row * kPictureWidth;

@@ -41,6 +41,7 @@ TEST_F(ExchangeTest, HiddenRowsAndWhatLiesOutsideTheFrameAreNotDrawn) {
   // Moved to the frame's end, its first two rows hidden.
   unit.state.area = {718, 722, 575, 576};
   unit.state.height = 1;
+  unit.state.hiddenRows = 2;
   ASSERT_EQ(Export(unit, BmpDepth::k4Bit), Result::kDone);
   Bytes rows(files_.Content(kBmpPath).begin() + 118, files_.Content(kBmpPath).end());
   EXPECT_EQ(rows[359], 0x03);
