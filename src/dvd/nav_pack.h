@@ -24,6 +24,11 @@ inline constexpr std::size_t kNavCellIdOffset = 1058;          // u8
 inline constexpr std::size_t kNavCategoryOffset = 1063;        // u16, non-zero = interleaved
 inline constexpr std::size_t kNavSearchInfoOffset = 1265;      // VOBU search, synchronisation
 inline constexpr std::size_t kNavSearchInfoSize = 271;
+inline constexpr std::size_t kNavNextVobuOffset = 1345;     // u32, sectors forward
+inline constexpr std::size_t kNavPreviousVobuOffset = 1349;  // u32, sectors back
+// Of a search pointer, without its two flag bits.
+inline constexpr std::uint32_t kNavDistanceMask = 0x3FFFFFFF;
+inline constexpr std::uint32_t kNavNoDistance = 0x3FFFFFFF;
 inline constexpr std::uint16_t kNewHighlight = 1;
 
 inline constexpr int kMaxButtons = 36;

@@ -1,0 +1,88 @@
+#include "video/video_disc.h"
+
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "dvd/nav_pack.h"
+#include "dvd/pack.h"
+#include "video/video_packet.h"
+
+namespace quillomar::test {
+namespace {
+
+constexpr int kCounterBits = 12, kCounterLeft = 72, kCounterTop = 32;
+constexpr int kCounterStep = 48, kCounterBox = 40;
+
+}  // namespace
+
+VideoDisc::VideoDisc(const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) EXPECT_EQ(set.AddFile(path), Result::kDone);
+  set.LayOut();
+  engine.Attach({[this](VideoNotification n) { notifications.push_back(n); }});
+  engine.Open(set);
+}
+
+FramePointer VideoDisc::Show(const FrameRequest& request) {
+  EXPECT_TRUE(engine.ShowFrame(request));
+  while (Failed(engine.Wait())) {
+  }
+  return engine.CurrentFrame();
+}
+
+FramePointer VideoDisc::Step(int direction) {
+  EXPECT_TRUE(engine.Step(direction));
+  while (Failed(engine.Wait())) {
+  }
+  return engine.CurrentFrame();
+}
+
+std::vector<UnitPlace> VideoDisc::Units() {
+  std::vector<UnitPlace> units;
+  Sector sector;
+  UnitPlace place;
+  for (std::uint32_t lba = 0; lba < set.TotalSectors(); ++lba) {
+    if (Failed(set.ReadSectors(lba, 1, sector))) break;
+    const PackInfo info = ClassifyPack(sector);
+    if (info.kind == PackKind::kNav) {
+      const NavPack nav = ParseNavPack(sector);
+      if (nav.vcid.vobId != place.vobId) place.vobStart = nav.startTime;
+      place.vobId = nav.vcid.vobId;
+      place.navLba = lba;
+    }
+    const auto pts = PacketTime(sector);
+    if (info.kind != PackKind::kSubpicture || !pts) continue;
+    place.lba = lba;
+    place.pts = *pts;
+    units.push_back(place);
+  }
+  return units;
+}
+
+int ReadCounter(const VideoFrame& frame) {
+  int counter = 0;
+  for (int bit = 0; bit < kCounterBits; ++bit) {
+    const int x = kCounterLeft + bit * kCounterStep + kCounterBox / 2;
+    const int y = kCounterTop + kCounterBox / 2;
+    const int green = frame.rgb.at(static_cast<std::size_t>((y * frame.width + x) * 3 + 1));
+    if (green > 64 && green < 192) return -1;
+    counter = counter * 2 + (green >= 192 ? 1 : 0);
+  }
+  return counter;
+}
+
+std::map<int, VobTruth> ReadTruth(const std::string& disc) {
+  const std::string path =
+      EnvironmentVariable("QUILLOMAR_DISCS").value_or("") + "/" + disc + "/truth.json";
+  const Bytes bytes = FileBytes(path);
+  const std::string text(bytes.begin(), bytes.end());
+  const std::regex vob(R"re("frames": (\d+), "firstCounter": (\d+))re");
+  std::map<int, VobTruth> vobs;
+  for (std::sregex_iterator match(text.begin(), text.end(), vob), end; match != end; ++match) {
+    const int vobId = static_cast<int>(vobs.size()) + 1;
+    vobs[vobId] = {std::stoi((*match)[1]), std::stoi((*match)[2])};
+  }
+  return vobs;
+}
+
+}  // namespace quillomar::test
