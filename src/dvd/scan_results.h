@@ -32,10 +32,13 @@ struct ScanResults {
   std::vector<std::uint32_t> scannedStarts;  // VOBU starts and the end LBA, as scanned
   std::vector<std::uint32_t> currentStarts;  // working copy for retiming
   std::vector<std::uint32_t> timeRestarts;   // nav packs on both sides of each restart, LBA in set
+  // Nav packs whose highlight went to some subpicture, LBA in set.
+  std::vector<std::uint32_t> highlightNavs;
   bool interleaved = false;
   bool closedCaptions = false;
   int highestStream = -1;  // 0 to 31
   int unitsFound = 0;
+  bool complete = false;  // the scan went to its end
 };
 
 }  // namespace quillomar

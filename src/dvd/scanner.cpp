@@ -41,6 +41,7 @@ class ScanRun {
   void TakeVideoPack(SectorView sector, std::uint32_t lba);
   void SettleStandard(const SequenceHeader& header, std::uint32_t lba);
   void TakeSubpicturePack(SectorView sector);
+  void NoteHighlight();
   [[nodiscard]] bool AbortRequested() const {
     return control_.abortRequested.load(std::memory_order_relaxed);
   }
@@ -55,6 +56,7 @@ class ScanRun {
   VobuTracker vobus_;
   ScanProgress progress_;
   Highlight highlight_;
+  std::uint32_t highlightLba_ = 0;  // of its nav pack
   PackContext context_;
   std::int64_t startMs_ = 0;
   std::uint32_t nextLba_ = 0;
@@ -130,6 +132,7 @@ void ScanRun::TakeSector(SectorView sector, const SectorRun& run, std::uint32_t 
 void ScanRun::TakeSubpicturePack(SectorView sector) {
   results_.highestStream = std::max(results_.highestStream, context_.stream);
   context_.unitNumber = results_.unitsFound;
+  NoteHighlight();
   switch (consumer_.TakePack(sector, context_)) {
     case GatherResult::kComplete:
       if (consumer_.CompleteUnit(context_.stream, vobus_.TimeOffset())) ++results_.unitsFound;
@@ -140,6 +143,13 @@ void ScanRun::TakeSubpicturePack(SectorView sector) {
     case GatherResult::kNeedMore:
       break;
   }
+}
+
+// The buttons may have been defined some VOBUs before the subpicture that shows them.
+void ScanRun::NoteHighlight() {
+  if (highlight_.buttons.empty() || context_.buttonCount == 0) return;
+  auto& navs = results_.highlightNavs;
+  if (navs.empty() || navs.back() != highlightLba_) navs.push_back(highlightLba_);
 }
 
 void ScanRun::TakeVideoPack(SectorView sector, std::uint32_t lba) {
@@ -172,7 +182,9 @@ void ScanRun::TakeNavPack(SectorView sector, std::uint32_t lba) {
   context_.buttonCount = nav.buttonCount;
   if (nav.interleaved) results_.interleaved = true;
   vobus_.TakeNavPack(sector, nav, lba);
-  if (nav.highlight) highlight_ = std::move(*nav.highlight);
+  if (!nav.highlight) return;
+  highlight_ = std::move(*nav.highlight);
+  highlightLba_ = lba;
 }
 
 }  // namespace
@@ -185,6 +197,7 @@ void Scanner::Scan(const ScanOptions& options, ScanResults& results) {
   set_.LayOut();
   ScanRun scan(set_, consumer_, reporter_, control_, options, results);
   const bool done = scan.Run();
+  results.complete = done;
   if (!done) set_.ClearFullTitleDomain();
   control_.operation = done ? Operation::kDone : Operation::kAborted;
 }
