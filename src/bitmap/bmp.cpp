@@ -88,6 +88,22 @@ Bytes MakeBmp(ByteSpan pixels, int width, int bits, const BmpPalette& palette) {
   return file;
 }
 
+Bytes MakeRgbBmp(ByteSpan rgb, int width) {
+  const std::size_t rowBytes = static_cast<std::size_t>(width) * kBytesPerColour;
+  const std::size_t height = rgb.size() / rowBytes;
+  const std::size_t rowSize = RowSize(width, kTrueColour);
+  Bytes file(kBmpHeadersSize + height * rowSize);
+  PutHeaders(file, width, static_cast<int>(height), kTrueColour, kBmpHeadersSize);
+  for (std::size_t row = 0; row < height; ++row) {
+    std::uint8_t* const out = file.data() + kBmpHeadersSize + (height - 1 - row) * rowSize;
+    const ByteSpan source = rgb.subspan(row * rowBytes, rowBytes);
+    for (std::size_t at = 0; at < rowBytes; at += kBytesPerColour) {
+      PutColour(out + at, {source[at], source[at + 1], source[at + 2]});
+    }
+  }
+  return file;
+}
+
 const char* BmpView::Open(ByteSpan file, int width, int height) {
   constexpr const char* kTooShort = "Error Couldn't read enough data from bitmap file!";
   if (file.size() < kBmpHeadersSize) return kTooShort;

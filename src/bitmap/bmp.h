@@ -42,6 +42,9 @@ using BmpPalette = std::array<Rgb, kBmpPaletteSize>;
 // A file of `bits` (24 or 4) per pixel. `pixels` are palette indices, rows of `width` from the top.
 [[nodiscard]] Bytes MakeBmp(ByteSpan pixels, int width, int bits, const BmpPalette& palette);
 
+// A file of 24 bits per pixel; `rgb` holds 3 bytes a pixel, rows of `width` pixels from the top.
+[[nodiscard]] Bytes MakeRgbBmp(ByteSpan rgb, int width);
+
 // A bitmap file whose headers have been checked. Looks into the file's bytes.
 class BmpView {
  public:

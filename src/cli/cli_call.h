@@ -34,6 +34,7 @@ int RunList(const CliCall& call);
 int RunInfo(const CliCall& call);
 int RunDisc(const CliCall& call);
 int RunRender(const CliCall& call);
+int RunFrame(const CliCall& call);
 int RunSet(const CliCall& call);
 int RunClut(const CliCall& call);
 

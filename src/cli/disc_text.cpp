@@ -108,6 +108,7 @@ std::string DiscJson(Document& document) {
       .Add("width", results.width)
       .Add("height", results.height)
       .Add("aspect", TextOrNull(AspectText(results.aspect)))
+      .Add("frameRate", results.frameRate > 0 ? Format("%.3f", results.frameRate) : "null")
       .Add("mpeg2", mpeg2)
       .Add("fullTitleDomain", document.Files().FullTitleDomain())
       .Add("interleaved", results.interleaved)
@@ -124,9 +125,10 @@ std::string DiscText(Document& document) {
   for (const VobFile& file : document.Files().Files()) {
     text += Format("%s (%u sectors)\n", file.path.c_str(), file.length);
   }
-  text += Format("Video: %s %dx%d %s%s\n", StandardText(results.standard).c_str(), results.width,
-                 results.height, AspectText(results.aspect).c_str(),
-                 results.mpeg2.value_or(true) ? "" : " MPEG-1");
+  text +=
+      Format("Video: %s %dx%d %s, %.3f frames a second%s\n", StandardText(results.standard).c_str(),
+             results.width, results.height, AspectText(results.aspect).c_str(), results.frameRate,
+             results.mpeg2.value_or(true) ? "" : " MPEG-1");
   text += Format("VOBUs: %d%s\n", static_cast<int>(results.vobus.size()),
                  results.interleaved ? " (interleaved)" : "");
   if (document.Files().FullTitleDomain()) text += "The whole title domain is open.\n";

@@ -129,6 +129,13 @@ Setter Flag(bool CliOptions::*member) {
   };
 }
 
+Setter Path(std::string CliOptions::*member) {
+  return [member](CliOptions& options, const std::string& text) {
+    options.*member = text;
+    return !text.empty();
+  };
+}
+
 Setter Number(std::optional<int> CliOptions::*member, int low, int high) {
   return [=](CliOptions& options, const std::string& text) {
     options.*member = ParseNumber(text, low, high);
@@ -154,12 +161,9 @@ std::map<std::string, OptionRule> MakeRules() {
       {"--alpha",
        {true, [](CliOptions& o, const std::string& t) { return AddTypeValue(o.alphas, t); }}},
       {"--sequence", {true, SetSequence}},
-      {"--types",
-       {true,
-        [](CliOptions& o, const std::string& t) {
-          o.typesPath = t;
-          return !t.empty();
-        }}},
+      {"--types", {true, Path(&CliOptions::typesPath)}},
+      {"--out", {true, Path(&CliOptions::outPath)}},
+      {"--composed", {false, Flag(&CliOptions::composed)}},
       {"--unit",
        {true,
         [](CliOptions& o, const std::string& t) {

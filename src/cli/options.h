@@ -38,6 +38,8 @@ struct CliOptions {
   std::vector<TypeValue> alphas;
   std::optional<int> sequence;  // nothing: all
   std::string typesPath;        // render
+  std::string outPath;          // frame
+  bool composed = false;        // frame
   int languageUnit = 0;         // clut
   std::optional<int> pgc;
   std::vector<std::pair<int, Rgb>> entries;

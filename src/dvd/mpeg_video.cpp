@@ -1,5 +1,7 @@
 #include "dvd/mpeg_video.h"
 
+#include <array>
+
 #include "dvd/big_endian.h"
 #include "dvd/pack.h"
 
@@ -33,7 +35,14 @@ std::optional<SequenceHeader> FindSequenceHeader(SectorView videoPack) {
   if (!position || *position + sizeof(std::uint32_t) > payload.size()) return std::nullopt;
   const std::uint32_t word = GetInt(payload, *position);
   return SequenceHeader{static_cast<int>(word >> 20), static_cast<int>(word >> 8 & 0xFFF),
-                        static_cast<int>(word >> 4 & 0xF)};
+                        static_cast<int>(word >> 4 & 0xF), static_cast<int>(word & 0xF)};
+}
+
+double FrameRateOf(int code) {
+  constexpr std::array<double, 9> kRates = {0,  24000.0 / 1001, 24, 25, 30000.0 / 1001, 30,
+                                            50, 60000.0 / 1001, 60};
+  const auto index = static_cast<std::size_t>(code);
+  return index < kRates.size() ? kRates.at(index) : 0;
 }
 
 VideoStandard StandardOf(const SequenceHeader& header) {

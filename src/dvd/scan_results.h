@@ -27,6 +27,7 @@ struct ScanResults {
   int width = 720;            // of MPEG-2 sequence headers, else the default
   int height = 480;
   int aspect = 0;                            // sequence header's aspect ratio code
+  double frameRate = 0;                      // frames a second; 0 where unknown
   std::optional<std::uint32_t> videoLba;     // pack that settled the standard, LBA in set
   std::vector<VobuEntry> vobus;              // in LBA order
   std::vector<std::uint32_t> scannedStarts;  // VOBU starts and the end LBA, as scanned

@@ -166,6 +166,7 @@ void ScanRun::SettleStandard(const SequenceHeader& header, std::uint32_t lba) {
   results_.standard = StandardOf(header);
   results_.videoLba = lba;
   results_.aspect = header.aspect;
+  results_.frameRate = FrameRateOf(header.rate);
   const bool measured = results_.mpeg2 == true;
   results_.width = measured ? header.width : kPictureWidth;
   results_.height = measured ? header.height : FrameHeight(results_.standard);

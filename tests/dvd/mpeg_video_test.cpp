@@ -25,6 +25,7 @@ TEST(MpegVideo, ReadsTheSequenceHeader) {
   EXPECT_EQ(header->width, 704);
   EXPECT_EQ(header->height, 480);
   EXPECT_EQ(header->aspect, 3);
+  EXPECT_NEAR(FrameRateOf(header->rate), 29.97, 0.001);
   EXPECT_FALSE(FindSequenceHeader(MakeVideoPack(0, {PictureHeader(1)})));
 }
 
