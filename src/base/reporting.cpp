@@ -9,6 +9,11 @@ int Reporter::ReportError(const std::string& text, int quiet) {
   return hooks_.showError ? hooks_.showError(text) : 0;
 }
 
+void Reporter::ReportReadOnly(const std::string& path) {
+  ReportError(
+      Format("File %s is read-only, you won't be able to save your changes!", path.c_str()));
+}
+
 void Reporter::LogLine(std::string_view text, int quiet) {
   if (quiet != 0) return;
   if (!text.empty() && text.back() == '\n') text.remove_suffix(1);

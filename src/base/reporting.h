@@ -30,6 +30,8 @@ class Reporter {
 
   // Shows an error; with a non-zero quiet flag returns that flag and shows nothing.
   int ReportError(const std::string& text, int quiet = 0);
+  // Shows that a file could only be opened for reading.
+  void ReportReadOnly(const std::string& path);
   // Adds "time -- text" to the log while one is open and sets the status text; one trailing line
   // break of the text is dropped. A non-zero quiet flag makes it do nothing.
   void LogLine(std::string_view text, int quiet = 0);

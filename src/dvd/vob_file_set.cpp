@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "base/format.h"
 #include "base/paths.h"
 #include "dvd/vob_name.h"
 
@@ -45,10 +44,7 @@ std::shared_ptr<File> VobFileSet::OpenFile(const std::string& path) {
   if (auto file = files_.Open(path, OpenMode::kExclusiveWrite)) return file;
   auto file = files_.Open(path, OpenMode::kReadOnly);
   if (!file) return nullptr;
-  if (canSave_) {
-    reporter_.ReportError(
-        Format("File %s is read-only, you won't be able to save your changes!", path.c_str()));
-  }
+  if (canSave_) reporter_.ReportReadOnly(path);
   canSave_ = false;
   fullTitleDomain_ = false;
   return file;

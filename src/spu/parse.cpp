@@ -24,6 +24,7 @@ class ChainParser {
       : unit_(unit), state_(unit.state), bytes_(unit.state.bytes), context_(context) {}
 
   Result ParseChain(std::size_t offset) {
+    if (bytes_.size() < kSpuHeaderSize) return BadOffset(offset);
     for (;;) {
       // Sequences that lie over each other would multiply into more commands than memory holds.
       if (offset >= bytes_.size() || read_ > bytes_.size()) return BadOffset(offset);

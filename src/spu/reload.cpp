@@ -1,3 +1,5 @@
+#include "spu/reload.h"
+
 #include "dvd/big_endian.h"
 #include "spu/colour_edit.h"
 #include "spu/pack_reader.h"
@@ -6,31 +8,19 @@
 #include "spu/write_back.h"
 
 namespace quillomar {
-namespace {
 
-// A fresh state with the unit's bytes from its packs; the time is kept, for it is not read again.
-SpuState FreshState(AssembledUnit& found, std::uint32_t pts) {
-  SpuState state;
-  state.pts = pts;
-  state.freeRoom = found.assembly.FreeRoom(kReloadRoomReserve, found.freedPacks);
-  state.bytes = found.assembly.TakeData();
-  state.dcsqtOffset = GetShort(state.bytes, kSpuDcsqtOffset);
-  return state;
+Result ReportReloadFailure(const SpuContext& context) {
+  context.reporter.ReportError("Failed to re-load enough data");
+  return Result::kFailed;
 }
 
-}  // namespace
-
-Result Reload(SubpictureUnit& unit, VobFileSet& set, const SpuContext& context) {
-  std::vector<Sector> packs;
-  const auto unreadable = ReadPacks(unit, set, packs);
-  auto found = unreadable ? std::nullopt : Assemble(packs, unit.SubStreamId());
-  if (!found) {
-    context.reporter.ReportError("Failed to re-load enough data");
-    return Result::kFailed;
-  }
+Result TakeBytesAgain(SubpictureUnit& unit, Bytes bytes, int freeRoom, const SpuContext& context) {
   SpuState before = std::move(unit.state);
-  unit.state = FreshState(*found, before.pts);
-  if (Failed(ParseControlSequences(unit, 0, unit.state.dcsqtOffset, context))) {
+  unit.state = SpuState();
+  unit.state.pts = before.pts;
+  unit.state.freeRoom = freeRoom;
+  unit.state.bytes = std::move(bytes);
+  if (Failed(ParseControlSequences(unit, 0, 0, context))) {
     unit.state = std::move(before);
     return Result::kFailed;
   }
@@ -38,6 +28,15 @@ Result Reload(SubpictureUnit& unit, VobFileSet& set, const SpuContext& context) 
   const bool sequenceStays = unit.currentSequence < static_cast<int>(unit.state.sequences.size());
   SelectControlSequence(unit, sequenceStays ? unit.currentSequence : 0);
   return Result::kDone;
+}
+
+Result Reload(SubpictureUnit& unit, VobFileSet& set, const SpuContext& context) {
+  std::vector<Sector> packs;
+  const auto unreadable = ReadPacks(unit, set, packs);
+  auto found = unreadable ? std::nullopt : Assemble(packs, unit.SubStreamId());
+  if (!found) return ReportReloadFailure(context);
+  const int freeRoom = found->assembly.FreeRoom(kReloadRoomReserve, found->freedPacks);
+  return TakeBytesAgain(unit, found->assembly.TakeData(), freeRoom, context);
 }
 
 }  // namespace quillomar
