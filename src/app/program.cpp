@@ -29,6 +29,8 @@ void Program::Start(StartUpRequest request) {
   if (const auto folder = EnvironmentVariable("TEMP")) {
     session_.logPath = JoinPath(*folder, "Quillomar.log");
   }
+  session_.dataFolder = EnvironmentVariable("APPDATA").value_or("");
+  editor_.ReadRecentFiles();
   window_.OnClosing([this] { SaveAllSettings(settings_, session_.preferences); });
   editor_.Run(CommandId::kRedraw);
   window_.show();

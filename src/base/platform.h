@@ -20,6 +20,10 @@ std::optional<std::string> EnvironmentVariable(const std::string& name);
 // in TMPDIR or the system's temporary folder; both are created. Call before any thread starts.
 void PrepareEnvironment();
 
+// A path from the root of the file system, for one from the current folder; others stay as they
+// are.
+std::string AbsolutePath(const std::string& path);
+
 // Full path of the running program; empty when the system does not tell.
 std::string ExecutablePath();
 

@@ -161,8 +161,7 @@ bool IsPrivateFolder(const std::string& path) {
 
 std::string MakePrivateTemporaryFolder() {
   const std::string parent = EnvironmentVariable("TMPDIR").value_or("/tmp");
-  std::string folder =
-      JoinPath(parent, Format("quillomar-%u", static_cast<unsigned>(::getuid())));
+  std::string folder = JoinPath(parent, Format("quillomar-%u", static_cast<unsigned>(::getuid())));
   ::mkdir(folder.c_str(), kPrivateFolderMode);
   if (IsPrivateFolder(folder)) return folder;
   std::string unique = folder + "-XXXXXX";
@@ -200,6 +199,12 @@ void PrepareEnvironment() {
     const std::string folder = MakePrivateTemporaryFolder();
     if (!folder.empty()) ::setenv("TEMP", folder.c_str(), 1);
   }
+}
+
+std::string AbsolutePath(const std::string& path) {
+  std::error_code error;
+  const auto absolute = std::filesystem::absolute(path, error).lexically_normal();
+  return error ? path : absolute.string();
 }
 
 std::string ExecutablePath() {

@@ -27,6 +27,12 @@ const std::vector<CliCommand>& CliCommands() {
        "writes the video frame at one subpicture, with the subpicture over it when composed",
        {"--out", "--composed"},
        RunFrame},
+      {"text",
+       "--out FILE",
+       "writes what each subpicture holds to a text file",
+       {"--out"},
+       RunText},
+      {"srt", "--out FILE", "writes the recognised text as SubRip", {"--out"}, RunSrt},
       {"set",
        "[--colour TYPE=INDEX]... [--alpha TYPE=VALUE]... [--sequence N|all]",
        "changes subpictures and saves them in place",
@@ -66,6 +72,8 @@ constexpr const char* kOptionHelp =
     "  --json            machine-readable output (list, disc, clut)\n"
     "  --quiet           no output but errors\n"
     "  --yes             answers questions with yes\n"
+    "  --fast            reads only what an earlier run found worth reading, where nothing has\n"
+    "                    changed since\n"
     "  --set KEY=VALUE   another value for a setting, for this run\n"
     "  --help, --version\n";
 
@@ -135,6 +143,8 @@ int RunWithFiles(const CliCommand& command, const CliOptions& options, Session& 
   const bool showStatus = streams.errIsTerminal && !options.quiet;
   JobRunner& runner = showStatus ? static_cast<JobRunner&>(terminalRunner) : inlineRunner;
   Editor editor(session, frontEnd, runner);
+  session.fastOpen = options.fast ? FastOpen::kAlways : FastOpen::kNever;
+  editor.ReadRecentFiles();
   const CliCall call{options, session, editor, streams};
   OpenArguments(call);
   return editor.Doc().IsOpen() ? command.run(call) : static_cast<int>(kCliRefused);

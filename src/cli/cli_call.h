@@ -35,6 +35,8 @@ int RunInfo(const CliCall& call);
 int RunDisc(const CliCall& call);
 int RunRender(const CliCall& call);
 int RunFrame(const CliCall& call);
+int RunText(const CliCall& call);
+int RunSrt(const CliCall& call);
 int RunSet(const CliCall& call);
 int RunClut(const CliCall& call);
 

@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
   PrepareEnvironment();
   const auto files = MakeDiskFileSystem();
   Session session(*files, std::make_unique<DirectTransactionSource>());
+  session.dataFolder = EnvironmentVariable("APPDATA").value_or("");
   const CliStreams streams{std::cin, std::cout, std::cerr, IsTerminal(StandardStream::kIn),
                            IsTerminal(StandardStream::kError)};
   return RunCli({argv + 1, argv + argc}, session, streams);

@@ -150,6 +150,7 @@ std::map<std::string, OptionRule> MakeRules() {
       {"--version", {false, Flag(&CliOptions::version)}},
       {"--json", {false, Flag(&CliOptions::json)}},
       {"--quiet", {false, Flag(&CliOptions::quiet)}},
+      {"--fast", {false, Flag(&CliOptions::fast)}},
       {"--yes", {false, Flag(&CliOptions::yes)}},
       {"--forced", {false, Flag(&CliOptions::forced)}},
       {"--stream", {true, SetStream}},
@@ -177,9 +178,9 @@ std::map<std::string, OptionRule> MakeRules() {
 }
 
 const std::vector<std::string>& CommonOptions() {
-  static const std::vector<std::string> kCommon = {"--help",    "--version", "--json",   "--quiet",
-                                                   "--yes",     "--set",     "--stream", "--vcid",
-                                                   "--numbers", "--forced"};
+  static const std::vector<std::string> kCommon = {"--help", "--version", "--json",  "--quiet",
+                                                   "--yes",  "--fast",    "--set",   "--stream",
+                                                   "--vcid", "--numbers", "--forced"};
   return kCommon;
 }
 

@@ -25,7 +25,7 @@ struct NumberRange {
 struct CliOptions {
   std::vector<std::string> files;
   std::vector<std::pair<std::string, std::string>> settings;  // --set KEY=VALUE
-  bool help = false, version = false, json = false, quiet = false, yes = false;
+  bool help = false, version = false, json = false, quiet = false, yes = false, fast = false;
 
   // Selection.
   std::optional<int> stream;  // 0 to 31
@@ -38,7 +38,7 @@ struct CliOptions {
   std::vector<TypeValue> alphas;
   std::optional<int> sequence;  // nothing: all
   std::string typesPath;        // render
-  std::string outPath;          // frame
+  std::string outPath;          // frame, text, srt
   bool composed = false;        // frame
   int languageUnit = 0;         // clut
   std::optional<int> pgc;

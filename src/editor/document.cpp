@@ -41,8 +41,13 @@ void Document::Prepare() {
 }
 
 void Document::Scan(std::optional<std::vector<std::uint32_t>> lbas) {
+  const bool fast = lbas.has_value();
   Scanner scanner(set_, *this, session_.reporter, session_.job);
   scanner.Scan({session_.preferences.alertIfClosedCaptions != 0, std::move(lbas)}, results_);
+  if (fast) {
+    set_.SetOpenedFromCache();
+    set_.ClearFullTitleDomain();
+  }
   for (auto& gatherer : gatherers_) gatherer.reset();
 }
 

@@ -37,6 +37,7 @@ class Document final : private PackConsumer {
   // After the files were added: brings them in order and reads the IFO of the first. A missing IFO
   // is logged; the colours are then unknown.
   void Prepare();
+  // With a list, only these LBAs in set are read: a fast open, after which nothing can be retimed.
   void Scan(std::optional<std::vector<std::uint32_t>> lbas);
 
   [[nodiscard]] bool IsOpen() const { return !set_.Empty(); }

@@ -18,7 +18,11 @@ bool GrowsList(Operation operation) {
 }  // namespace
 
 Editor::Editor(Session& session, FrontEnd& frontEnd, JobRunner& runner)
-    : session_(session), frontEnd_(frontEnd), runner_(runner), document_(session) {}
+    : session_(session),
+      frontEnd_(frontEnd),
+      runner_(runner),
+      document_(session),
+      recent_(session.files) {}
 
 bool Editor::Enabled(const Command& command) const {
   if (command.handler == nullptr) return false;

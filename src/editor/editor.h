@@ -8,6 +8,7 @@
 #include "editor/command_table.h"
 #include "editor/document.h"
 #include "editor/front_end.h"
+#include "editor/recent_files.h"
 #include "editor/selection.h"
 #include "editor/session.h"
 #include "editor/view.h"
@@ -29,6 +30,12 @@ class Editor {
   void OpenFiles(const std::vector<std::string>& paths, bool fullDomain);
   // Files dropped on the window, with the refusals of drops.
   void DropFiles(const std::vector<std::string>& paths);
+
+  // Takes up the recent files of the session's data folder.
+  void ReadRecentFiles();
+  [[nodiscard]] const RecentFiles& Recent() const { return recent_; }
+  // Opens a recent file set from its analysis, without a scan.
+  void OpenRecent(std::size_t entry);
 
   // The question whether unsaved work may be lost; true when it may, or when there is none.
   [[nodiscard]] bool MayClose();
@@ -57,6 +64,9 @@ class Editor {
   // Command handlers.
   void OpenVobs();
   void OpenFullDomain();
+  void OpenMostRecent();
+  void SaveSrt();
+  void SaveInfoText();
   void SaveAll();
   void ReloadCurrent();
   void Abort();
@@ -89,6 +99,12 @@ class Editor {
 
   bool CloseCheck();
   void StartScan();
+  std::optional<std::size_t> ChooseFastOpen();
+  std::optional<std::string> ChooseTarget(const std::string& title, const std::string& filter,
+                                          const std::string& folder);
+  void LoadRecent(std::size_t entry);
+  void SaveAnalysis();
+  void NoteRecentFiles();
   void StartJob(Operation operation, const std::string& title, Work work, Work afterwards);
   void RefillList();
   void UpdateView();
@@ -103,6 +119,7 @@ class Editor {
   FrontEnd& frontEnd_;
   JobRunner& runner_;
   Document document_;
+  RecentFiles recent_;
   Selection selection_;
   View view_;
   std::optional<int> onlyType_;

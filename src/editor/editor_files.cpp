@@ -66,8 +66,8 @@ void Editor::OpenVobs() {
 
 void Editor::OpenFullDomain() {
   if (!CloseCheck()) return;
-  const auto paths = frontEnd_.ChooseFiles(
-      {"Open Full Domain", kVobFilter, session_.preferences.lastVobDir, ""});
+  const auto paths =
+      frontEnd_.ChooseFiles({"Open Full Domain", kVobFilter, session_.preferences.lastVobDir, ""});
   if (paths.empty()) return;
   session_.preferences.lastVobDir = FolderOf(paths.front());
   OpenFiles({paths.front()}, true);
@@ -121,9 +121,16 @@ void Editor::StartScan() {
   if (!document_.IsOpen()) return;
   session_.reporter.OpenLog(session_.logPath);
   document_.Prepare();
+  if (const auto known = ChooseFastOpen()) {
+    LoadRecent(*known);
+    return;
+  }
   StartJob(
       Operation::kScanning, "", [this] { document_.Scan(std::nullopt); },
-      [this] { session_.reporter.CloseLog(); });
+      [this] {
+        session_.reporter.CloseLog();
+        SaveAnalysis();
+      });
 }
 
 void Editor::SaveAll() {
@@ -138,8 +145,9 @@ void Editor::SaveAll() {
           "This will save all your changes to file. No undo...\nProceed?")) {
     return;
   }
-  StartJob(Operation::kSaving, "Saving changes", [this] { (void)document_.Save(session_.job); },
-           {});
+  StartJob(
+      Operation::kSaving, "Saving changes", [this] { (void)document_.Save(session_.job); },
+      [this] { SaveAnalysis(); });
 }
 
 void Editor::ReloadCurrent() {

@@ -15,6 +15,11 @@ std::string RecentFiles::ScratchPath() const {
   return folder_ + "/QuillomarLastFileTemp.txt";
 }
 
+void RecentFiles::Open(std::string folder) {
+  folder_ = std::move(folder);
+  Rebuild();
+}
+
 void RecentFiles::Rebuild() {
   entries_.clear();
   if (folder_.empty()) return;
@@ -27,15 +32,22 @@ void RecentFiles::Rebuild() {
   }
 }
 
-void RecentFiles::Promote(std::size_t entry) {
-  if (entry == 0 || entry >= entries_.size()) return;
+void RecentFiles::MoveToFront(std::size_t entry) {
   // A left-over of a run that was cut short; mostly there is none.
   (void)files_.Remove(ScratchPath());
-  // Without its file on the scratch name, the entry would be lost under the one that follows.
+  // Without its file on the scratch name, the entry would be lost under the one before it.
   if (Failed(files_.Rename(EntryPath(entry), ScratchPath()))) return;
   for (std::size_t j = entry; j > 0; --j) (void)files_.Rename(EntryPath(j - 1), EntryPath(j));
   (void)files_.Rename(ScratchPath(), EntryPath(0));
+}
+
+Result RecentFiles::Promote(std::size_t entry) {
+  if (entry >= entries_.size()) return Result::kFailed;
+  const std::string firstPath = entries_[entry].firstPath;
+  if (entry > 0) MoveToFront(entry);
   Rebuild();
+  const bool leads = !entries_.empty() && entries_.front().firstPath == firstPath;
+  return leads ? Result::kDone : Result::kFailed;
 }
 
 void RecentFiles::Save(const AnalysisCache& cache) {
@@ -52,7 +64,7 @@ void RecentFiles::Save(const AnalysisCache& cache) {
   const auto saved = std::find_if(entries_.begin(), entries_.end(), [&](const CacheSummary& entry) {
     return entry.firstPath == cache.paths.front();
   });
-  Promote(static_cast<std::size_t>(saved - entries_.begin()));
+  (void)Promote(static_cast<std::size_t>(saved - entries_.begin()));
 }
 
 std::optional<std::size_t> RecentFiles::PositionOf(const std::string& firstPath) const {

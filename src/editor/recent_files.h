@@ -15,13 +15,15 @@ inline constexpr std::size_t kMaxRecentFiles = 8;
 // "QuillomarLastFile<n>.txt" in one folder; what cannot be read or written there is passed over.
 class RecentFiles {
  public:
-  // With an empty folder nothing is remembered. The list is empty until Rebuild.
-  RecentFiles(FileSystem& files, std::string folder) : files_(files), folder_(std::move(folder)) {}
+  // Nothing is known or remembered until Open.
+  explicit RecentFiles(FileSystem& files) : files_(files) {}
+  // Reads the entries of a folder; with an empty one nothing is remembered.
+  void Open(std::string folder);
 
   // Takes up the entries that are valid still and moves their files together.
   void Rebuild();
-  // Makes an entry the newest.
-  void Promote(std::size_t entry);
+  // Makes an entry the newest. Fails when it is none or no longer valid.
+  Result Promote(std::size_t entry);
   // Writes the analysis of a set as the newest entry: in place of what was known of a set with the
   // same first file, else in place of the oldest. A cache that cannot be written changes nothing.
   void Save(const AnalysisCache& cache);
@@ -35,6 +37,7 @@ class RecentFiles {
 
  private:
   [[nodiscard]] std::string ScratchPath() const;
+  void MoveToFront(std::size_t entry);
   // Position of the file that tells of a set with this first file, valid by date or not.
   [[nodiscard]] std::optional<std::size_t> PositionOf(const std::string& firstPath) const;
 

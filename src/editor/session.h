@@ -11,6 +11,9 @@
 
 namespace quillomar {
 
+// Whether files that are known from before are opened without a scan.
+enum class FastOpen { kAsk, kNever, kAlways };
+
 // What lives as long as the program. Made in main; tests put memory files and a failing transaction
 // source in place of the real ones.
 struct Session {
@@ -23,7 +26,9 @@ struct Session {
   std::unique_ptr<TransactionSource> transactions;
   Preferences preferences;
   JobControl job;
-  std::string logPath;           // empty: no log
+  std::string logPath;     // empty: no log
+  std::string dataFolder;  // of the recent files; empty: none are kept
+  FastOpen fastOpen = FastOpen::kAsk;
   bool warnedOfOnly4x3 = false;  // the 4:3 warning is shown once per run
 };
 

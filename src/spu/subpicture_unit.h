@@ -127,14 +127,15 @@ struct SubpictureUnit {
   std::int64_t globalTime = 0;  // ticks from the start of the set; follows state.pts
   std::uint32_t navLba = 0;     // LBA in set of its VOBU's nav pack
   Vcid vcid;
-  int stream = 0;                 // 0 to 31
-  int number = 0;                 // in the set, from 1
-  int numberInStream = 0;         // from 1
-  std::optional<int> clut;        // index into the cell map's CLUTs
-  Highlight highlight;            // buttons of a menu; empty without them
-  std::int64_t supPosition = -1;  // byte position of its record in a .sup file
-  bool complete = false;          // all bytes gathered
-  bool scrambled = false;         // some pack is scrambled; never written
+  int stream = 0;                    // 0 to 31
+  int number = 0;                    // in the set, from 1
+  int numberInStream = 0;            // from 1
+  std::optional<int> clut;           // index into the cell map's CLUTs
+  Highlight highlight;               // buttons of a menu; empty without them
+  std::int64_t supPosition = -1;     // byte position of its record in a .sup file
+  std::vector<std::string> ocrText;  // lines recognised, UTF-8
+  bool complete = false;             // all bytes gathered
+  bool scrambled = false;            // some pack is scrambled; never written
 
   // The bitmap: one byte for each pixel, rows of state.width bytes, row 0 on top; always the rows
   // of the area as found. Empty until decoded and after ReleasePixels.

@@ -13,6 +13,8 @@ class RecentFilesTest : public testing::Test {
     return "/d" + std::to_string(disc) + "/VTS_01_" + std::to_string(piece) + ".VOB";
   }
 
+  void SetUp() override { recent.Open("/data"); }
+
   // Remembers a set of one file, which is created if need be.
   void Save(int disc) {
     if (!files.Exists(Vob(disc))) files.Put(Vob(disc), {0});
@@ -30,7 +32,7 @@ class RecentFilesTest : public testing::Test {
   }
 
   test::MemoryFileSystem files;
-  RecentFiles recent{files, "/data"};
+  RecentFiles recent{files};
 };
 
 TEST_F(RecentFilesTest, FileIsWrittenToTheCharacter) {
@@ -59,11 +61,11 @@ TEST_F(RecentFilesTest, NewestComesFirstAndTheNinthDropsTheOldest) {
   Save(9);
   EXPECT_EQ(Listed(), (std::vector<std::string>{Vob(9), Vob(3), Vob(8), Vob(7), Vob(6), Vob(5),
                                                 Vob(4), Vob(2)}));
-  recent.Promote(7);
-  recent.Promote(8);
+  EXPECT_FALSE(Failed(recent.Promote(7)));
+  EXPECT_TRUE(Failed(recent.Promote(8)));
   EXPECT_EQ(recent.Entries().at(0).firstPath, Vob(2));
-  RecentFiles other(files, "/data");
-  other.Rebuild();
+  RecentFiles other(files);
+  other.Open("/data");
   EXPECT_EQ(other.Entries().size(), kMaxRecentFiles);
 }
 
