@@ -6,15 +6,16 @@
 
 namespace quillomar {
 
-Program::Program(FileSystem& files, Dialogs& dialogs, ProgramPlace place)
+Program::Program(FileSystem& files, Dialogs& dialogs, const ProgramPlace& place)
     : session_(files, std::make_unique<DirectTransactionSource>()),
       frontEnd_(dialogs),
       editor_(session_, frontEnd_, runner_),
       window_(editor_, frontEnd_),
       mainRect_(window_),
       scanRect_(window_.Progress()),
-      settings_(files, std::move(place)) {
+      settings_(files, place) {
   settings_.Open("", false);
+  session_.dataFolder = place.appData.value_or("");
   session_.reporter.InstallHooks(frontEnd_.Hooks());
 }
 
@@ -29,7 +30,6 @@ void Program::Start(StartUpRequest request) {
   if (const auto folder = EnvironmentVariable("TEMP")) {
     session_.logPath = JoinPath(*folder, "Quillomar.log");
   }
-  session_.dataFolder = EnvironmentVariable("APPDATA").value_or("");
   editor_.ReadRecentFiles();
   window_.OnClosing([this] { SaveAllSettings(settings_, session_.preferences); });
   editor_.Run(CommandId::kRedraw);

@@ -18,7 +18,7 @@ namespace quillomar {
 class Program {
  public:
   // `place` says where the settings file is.
-  Program(FileSystem& files, Dialogs& dialogs, ProgramPlace place);
+  Program(FileSystem& files, Dialogs& dialogs, const ProgramPlace& place);
   // Stops a job that still runs.
   ~Program();
   Program(const Program&) = delete;
