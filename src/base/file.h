@@ -23,7 +23,8 @@ enum class OpenMode {
   kCreateKeeping,   // created when missing, else opened with its content kept
 };
 
-// An open file, addressed by 64-bit byte offsets. Not for use by two threads at once.
+// An open file, addressed by 64-bit byte offsets. Several threads may call ReadAt at once; all else
+// is not for use by two threads at once.
 class File {
  public:
   virtual ~File() = default;

@@ -1,12 +1,12 @@
 #include "dvd/scanner.h"
 
 #include <algorithm>
-#include <memory>
 
 #include "base/format.h"
 #include "base/platform.h"
 #include "dvd/mpeg_video.h"
 #include "dvd/pack.h"
+#include "dvd/parallel_source.h"
 #include "dvd/scan_progress.h"
 #include "dvd/sector_source.h"
 #include "dvd/vobu_tracker.h"
@@ -18,12 +18,13 @@ namespace {
 class ScanRun {
  public:
   ScanRun(const VobFileSet& set, PackConsumer& consumer, Reporter& reporter, JobControl& control,
-          const ScanOptions& options, ScanResults& results)
+          const ScanOptions& options, const ReadAhead& ahead, ScanResults& results)
       : set_(set),
         consumer_(consumer),
         reporter_(reporter),
         control_(control),
         options_(options),
+        ahead_(ahead),
         results_(results),
         vobus_(results),
         progress_(reporter, control, set.TotalSectors()) {
@@ -35,6 +36,8 @@ class ScanRun {
 
  private:
   void FindMpegVersion();
+  bool TakeEverySector();
+  bool TakeRuns(SectorSource& source);
   bool TakeRun(const SectorRun& run, std::optional<std::size_t> remaining);
   void TakeSector(SectorView sector, const SectorRun& run, std::uint32_t index);
   void TakeNavPack(SectorView sector, std::uint32_t lba);
@@ -52,6 +55,7 @@ class ScanRun {
   Reporter& reporter_;
   JobControl& control_;
   const ScanOptions& options_;
+  const ReadAhead& ahead_;
   ScanResults& results_;
   VobuTracker vobus_;
   ScanProgress progress_;
@@ -62,31 +66,45 @@ class ScanRun {
   std::uint32_t nextLba_ = 0;
 };
 
-std::unique_ptr<SectorSource> MakeSource(const VobFileSet& set, const ScanOptions& options) {
-  if (options.lbas) return std::make_unique<ListedSource>(set, *options.lbas);
-  return std::make_unique<SequentialSource>(set.Files());
-}
-
 bool ScanRun::Run() {
   FindMpegVersion();
   startMs_ = MonotonicMs();
-  const auto source = MakeSource(set_, options_);
-  bool going = true;
-  while (going) {
-    const auto run = source->NextRun();
-    if (!run) break;
-    going = TakeRun(*run, source->Remaining());
+  bool done = false;
+  if (options_.lbas) {
+    ListedSource listed(set_, *options_.lbas);
+    done = TakeRuns(listed);
+  } else {
+    done = TakeEverySector();
   }
   vobus_.Finish(nextLba_);
   progress_.ReportEnd(nextLba_, ElapsedMs(), results_.unitsFound);
-  return going;
+  return done;
+}
+
+bool ScanRun::TakeEverySector() {
+  // Video packs are looked at until one settles the standard.
+  SequentialSource start(set_.Files());
+  while (results_.standard == VideoStandard::kUnknown) {
+    const auto run = start.NextRun();
+    if (!run) return true;
+    if (!TakeRun(*run, start.Remaining())) return false;
+  }
+  ParallelSource rest(set_.Files(), start.Next(), ahead_);
+  return TakeRuns(rest);
+}
+
+bool ScanRun::TakeRuns(SectorSource& source) {
+  while (const auto run = source.NextRun()) {
+    if (!TakeRun(*run, source.Remaining())) return false;
+  }
+  return true;
 }
 
 void ScanRun::FindMpegVersion() {
   if (set_.Empty()) return;
   SequentialSource source(std::span(set_.Files()).first(1));
   while (const auto run = source.NextRun()) {
-    for (std::uint32_t i = 0; i < run->Count() && !results_.mpeg2; ++i) {
+    for (std::uint32_t i = 0; i < run->count && !results_.mpeg2; ++i) {
       const SectorView sector = run->At(i);
       if (ClassifyPack(sector).kind == PackKind::kVideo) results_.mpeg2 = FindMpeg2(sector);
     }
@@ -95,14 +113,13 @@ void ScanRun::FindMpegVersion() {
 }
 
 bool ScanRun::TakeRun(const SectorRun& run, std::optional<std::size_t> remaining) {
-  const std::uint32_t count = run.Count();
-  for (std::uint32_t i = 0; i < count; ++i) {
+  for (std::uint32_t i = 0; i < run.count; ++i) {
     if (AbortRequested()) return false;
     const std::uint32_t lba = run.lba + i;
     if (ScanProgress::IsDue(lba, remaining)) {
       progress_.Report(lba, ElapsedMs(), results_.unitsFound);
     }
-    TakeSector(run.At(i), run, i);
+    if (!run.bytes.empty()) TakeSector(run.At(i), run, i);
     nextLba_ = lba + 1;
   }
   return true;
@@ -196,7 +213,7 @@ void Scanner::Scan(const ScanOptions& options, ScanResults& results) {
   results = ScanResults{};
   set_.Validate();
   set_.LayOut();
-  ScanRun scan(set_, consumer_, reporter_, control_, options, results);
+  ScanRun scan(set_, consumer_, reporter_, control_, options, ahead_, results);
   const bool done = scan.Run();
   results.complete = done;
   if (!done) set_.ClearFullTitleDomain();

@@ -7,6 +7,7 @@
 #include "base/job_control.h"
 #include "base/reporting.h"
 #include "dvd/pack_consumer.h"
+#include "dvd/parallel_source.h"
 #include "dvd/scan_results.h"
 #include "dvd/vob_file_set.h"
 
@@ -24,8 +25,9 @@ struct ScanOptions {
 // kAborted; an abort also clears the set's full-title-domain flag, and what was found so far stays.
 class Scanner {
  public:
-  Scanner(VobFileSet& set, PackConsumer& consumer, Reporter& reporter, JobControl& control)
-      : set_(set), consumer_(consumer), reporter_(reporter), control_(control) {}
+  Scanner(VobFileSet& set, PackConsumer& consumer, Reporter& reporter, JobControl& control,
+          const ReadAhead& ahead = {})
+      : set_(set), consumer_(consumer), reporter_(reporter), control_(control), ahead_(ahead) {}
 
   // `results` belongs to the calling thread until the scan returns; nobody else may read it before.
   void Scan(const ScanOptions& options, ScanResults& results);
@@ -35,6 +37,7 @@ class Scanner {
   PackConsumer& consumer_;
   Reporter& reporter_;
   JobControl& control_;
+  const ReadAhead ahead_;
 };
 
 }  // namespace quillomar

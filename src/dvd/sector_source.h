@@ -15,15 +15,18 @@ struct SectorRun {
   int fileIndex = 0;
   std::uint32_t lba = 0;                // LBA in set of the first
   std::uint32_t lbaInFile = 0;          // LBA in file of the first
-  std::span<const std::uint8_t> bytes;  // whole sectors, at least one
+  std::uint32_t count = 0;              // sectors, at least one
+  std::span<const std::uint8_t> bytes;  // of all of them, or empty: none matters to the scan
 
-  [[nodiscard]] std::uint32_t Count() const {
-    return static_cast<std::uint32_t>(bytes.size() / kSectorSize);
-  }
   [[nodiscard]] SectorView At(std::uint32_t index) const {
     return bytes.subspan(index * kSectorSize).first<kSectorSize>();
   }
 };
+
+// Reads whole sectors from an LBA in file on, as many as fit into `out`; returns how many there are
+// up to the end of the file or to the first that cannot be read.
+std::uint32_t ReadWholeSectors(const VobFile& vob, std::uint32_t lbaInFile,
+                               std::span<std::uint8_t> out);
 
 // Delivers the sectors that a scan visits, in ascending LBA order.
 class SectorSource {
@@ -42,6 +45,8 @@ class SequentialSource final : public SectorSource {
   explicit SequentialSource(std::span<const VobFile> files);
   std::optional<SectorRun> NextRun() override;
   [[nodiscard]] std::optional<std::size_t> Remaining() const override { return std::nullopt; }
+  // Where the next run begins, if anything is left there.
+  [[nodiscard]] SectorPlace Next() const { return {static_cast<int>(fileIndex_), lbaInFile_}; }
 
  private:
   std::span<const VobFile> files_;

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 #include <random>
+#include <thread>
 #include <tuple>
 
 #include "dvd/big_endian.h"
@@ -342,6 +344,101 @@ TEST_F(ScannerTest, EmptySetsAndEmptyFilesEndAtOnce) {
   Scan();
   EXPECT_EQ(control.operation, Operation::kDone);
   EXPECT_EQ(messages.LogLines().back(), "0.00 MB scanned (0.00 MB/s) -- 0 subpics");
+}
+
+// Sectors of every kind that a scan meets; the third may settle the video standard.
+VobBuilder MixedVob(std::mt19937& random, std::size_t sectors, const Sector& third) {
+  VobBuilder vob;
+  vob.Add(MakeNavPack({.endTime = 9})).Add(test::MakePrivatePack(0, 0x20)).Add(third);
+  while (vob.Size() < sectors) {
+    const auto kind = random() % 16;
+    const auto time = static_cast<std::uint32_t>(random() % 90000);
+    if (kind == 0) vob.Add(MakeNavPack({.startTime = time, .endTime = time + 9}));
+    const auto subStream = static_cast<std::uint8_t>(0x20 + random() % 32);
+    if (kind == 1) vob.Add(test::MakePrivatePack(0, subStream));
+    if (kind == 2) vob.Add(std::vector<Sector>(random() % 40, test::MakePaddingPack(0)));
+    if (kind == 3) vob.Add(MakeVideoPack(0, {test::PictureHeader(2)}));
+    if (kind == 4) vob.Add(test::MakePrivatePack(0, 0x80));
+  }
+  return vob;
+}
+
+// What happens to a scan of two pieces.
+struct Disturbance {
+  std::size_t sectorsLeft = 9999;  // of the first piece, cut while its second sector is taken
+  std::uint32_t badSector = 9999;  // of the first piece
+  std::uint32_t abortLba = 9999;
+};
+
+// What can be told of it from outside.
+struct Outcome {
+  std::vector<Event> events;
+  std::vector<std::string> lines;  // of progress, without rates
+  std::vector<std::uint32_t> starts;
+  int unitsFound = 0;
+  int percent = 0;
+  Operation operation = Operation::kNone;
+  friend bool operator==(const Outcome&, const Outcome&) = default;
+};
+
+Outcome ScanDisturbed(const Sector& third, const ReadAhead& ahead, const Disturbance& disturbance) {
+  std::mt19937 random(4711);
+  test::MessageCollector messages;
+  VobFileSet set(messages.files, messages.reporter);
+  for (const char* path : {"/VTS_01_1.VOB", "/VTS_01_2.VOB"}) {
+    MixedVob(random, 2200, third).Put(messages.files, path);
+    EXPECT_EQ(set.AddFile(path), Result::kDone);
+  }
+  messages.files.FailReadsOf("/VTS_01_1.VOB", disturbance.badSector * kSectorSize);
+  JobControl control;
+  RecordingConsumer consumer;
+  consumer.answer = [&](const PackContext& context) {
+    Bytes& first = messages.files.Content("/VTS_01_1.VOB");
+    const std::size_t left = std::min(first.size(), disturbance.sectorsLeft * kSectorSize + 100);
+    if (context.lba == 1) first.resize(left);
+    if (context.lba >= disturbance.abortLba) control.abortRequested = true;
+    // Lets the other reader get ahead.
+    if (context.stream % 4 == 0) std::this_thread::sleep_for(std::chrono::microseconds(50));
+    return context.stream % 3 == 0 ? GatherResult::kFailed : GatherResult::kComplete;
+  };
+  ScanResults results;
+  Scanner(set, consumer, messages.reporter, control, ahead).Scan({}, results);
+  Outcome outcome{
+      {}, {}, results.scannedStarts, results.unitsFound, control.percent, control.operation};
+  for (const Event& event : consumer.events) {
+    if (event.call != Event::Call::kStandard) outcome.events.push_back(event);
+  }
+  for (const std::string& line : messages.LogLines()) {
+    if (line.find(" MB scanned ") == std::string::npos) continue;
+    const std::size_t count = line.find(") -- ");
+    outcome.lines.push_back(line.substr(0, line.find('(')) +
+                            line.substr(count, line.find("subpics") - count));
+  }
+  return outcome;
+}
+
+TEST(ScannerReadAhead, ChangesNothingButTheTime) {
+  // Without a video standard every sector is looked at on one thread.
+  const Sector unsettled = test::MakePaddingPack(0);
+  const Sector settled = MakeVideoPack(0, {test::SequenceHeader(720, 480, 2)});
+  const std::vector<Disturbance> disturbances{{.abortLba = 700},
+                                              {.sectorsLeft = 128},
+                                              {.sectorsLeft = 1037},
+                                              {.badSector = 1500},
+                                              {.sectorsLeft = 1037, .abortLba = 2300},
+                                              {}};
+  for (const Disturbance& disturbance : disturbances) {
+    const Outcome plain = ScanDisturbed(unsettled, {}, disturbance);
+    ASSERT_GT(plain.events.size(), 20U);
+    for (const ReadAhead& ahead : std::vector<ReadAhead>{{1, 1}, {1, 5}, {3, 4}, {17, 3}, {}}) {
+      SCOPED_TRACE(testing::Message() << disturbance.sectorsLeft << " sectors, blocks of "
+                                      << ahead.blockSectors << ", " << ahead.blocks);
+      const Outcome parallel = ScanDisturbed(settled, ahead, disturbance);
+      EXPECT_EQ(parallel.events, plain.events);
+      EXPECT_EQ(parallel.lines, plain.lines);
+      EXPECT_TRUE(parallel == plain);
+    }
+  }
 }
 
 // Sectors of random bytes with a random start code where packs are told apart.

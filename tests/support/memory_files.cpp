@@ -13,6 +13,8 @@ class MemoryFile final : public File {
       : files_(files), node_(std::move(node)), writable_(writable) {}
 
   std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) override {
+    const auto bad = node_->badByte;
+    if (bad && *bad >= offset && *bad < offset + out.size()) return std::nullopt;
     if (offset >= node_->bytes.size()) return 0;
     const std::size_t count = std::min<std::size_t>(out.size(), node_->bytes.size() - offset);
     std::copy_n(node_->bytes.begin() + static_cast<std::ptrdiff_t>(offset), count, out.begin());
@@ -118,6 +120,10 @@ void MemoryFileSystem::Put(const std::string& path, Bytes content) {
 
 Bytes& MemoryFileSystem::Content(const std::string& path) {
   return nodes_.at(path)->bytes;
+}
+
+void MemoryFileSystem::FailReadsOf(const std::string& path, std::uint64_t offset) {
+  nodes_.at(path)->badByte = offset;
 }
 
 void MemoryFileSystem::SetModificationTime(const std::string& path, std::int64_t time) {

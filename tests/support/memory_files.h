@@ -25,6 +25,8 @@ class MemoryFileSystem : public FileSystem {
   // Content of a file that must exist.
   Bytes& Content(const std::string& path);
   void SetReadOnly(const std::string& path) { nodes_.at(path)->readOnly = true; }
+  // Reads that touch this byte fail.
+  void FailReadsOf(const std::string& path, std::uint64_t offset);
   void SetModificationTime(const std::string& path, std::int64_t time);
 
   // From now on the n-th write from here (0 = the next one) and all later ones fail; -1: none does.
@@ -37,6 +39,7 @@ class MemoryFileSystem : public FileSystem {
     Bytes bytes;
     std::int64_t time = 0;
     bool readOnly = false;
+    std::optional<std::uint64_t> badByte;
   };
   bool TakeWrite();
 
