@@ -43,6 +43,11 @@ const std::vector<CliCommand>& CliCommands() {
        "shows a program chain's colours, or changes them in the IFO and its backup",
        {"--unit", "--pgc", "--entry"},
        RunClut},
+      {"retime",
+       "--delta SECONDS",
+       "shows subpictures earlier or later, moving their packs on the disc",
+       {"--delta"},
+       RunRetime},
   };
   return kCommands;
 }

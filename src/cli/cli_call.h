@@ -39,5 +39,6 @@ int RunText(const CliCall& call);
 int RunSrt(const CliCall& call);
 int RunSet(const CliCall& call);
 int RunClut(const CliCall& call);
+int RunRetime(const CliCall& call);
 
 }  // namespace quillomar

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <map>
 #include <numeric>
 
@@ -115,6 +116,16 @@ bool AddEntry(CliOptions& options, const std::string& text) {
   return true;
 }
 
+bool SetDelta(CliOptions& options, const std::string& text) {
+  double seconds = 0;
+  const char* const begin = text.data() + (text.starts_with('+') ? 1 : 0);
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(begin, end, seconds);
+  if (error != std::errc() || stop != end || !std::isfinite(seconds)) return false;
+  options.delta = seconds;
+  return true;
+}
+
 bool AddSetting(CliOptions& options, const std::string& text) {
   const auto parts = SplitAt(text, '=');
   if (!parts || parts->first.empty()) return false;
@@ -174,6 +185,7 @@ std::map<std::string, OptionRule> MakeRules() {
         }}},
       {"--pgc", {true, Number(&CliOptions::pgc, 0, kMaxShort)}},
       {"--entry", {true, AddEntry}},
+      {"--delta", {true, SetDelta}},
   };
 }
 

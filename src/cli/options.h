@@ -43,6 +43,7 @@ struct CliOptions {
   int languageUnit = 0;         // clut
   std::optional<int> pgc;
   std::vector<std::pair<int, Rgb>> entries;
+  std::optional<double> delta;  // retime: seconds
 };
 
 // Reads the words behind the command's name; `accepted` holds the option names the command takes

@@ -84,6 +84,23 @@ inline constexpr std::size_t kCellPositionSize = 4;
 inline constexpr std::size_t kCellVobIdOffset = 0;  // u16
 inline constexpr std::size_t kCellIdOffset = 3;     // u8
 
+// VOBU address map: after the end address, one u32 start sector for each VOBU.
+inline constexpr std::size_t kVobuMapEntriesOffset = 4;
+
+// Cell address table: entries of 12 bytes, one for each cell of the multiplex.
+inline constexpr std::size_t kCellAddressesOffset = 8;
+inline constexpr std::size_t kCellAddressSize = 12;
+inline constexpr std::size_t kCellAddressStartOffset = 4;  // u32, in the entry: first sector
+inline constexpr std::size_t kCellAddressEndOffset = 8;    // u32, in the entry: last sector
+
+// Time map table: the number of maps, then their offsets in the table. A map holds the start sector
+// of the VOBU shown at each multiple of its time unit; bit 31 is a flag.
+inline constexpr std::size_t kTimeMapCountOffset = 0;    // u16
+inline constexpr std::size_t kTimeMapOffsetsOffset = 8;  // u32 each
+inline constexpr std::size_t kMapEntryCountOffset = 2;   // u16, in a map
+inline constexpr std::size_t kMapEntriesOffset = 4;      // u32 each, in a map
+inline constexpr std::uint32_t kMapEntryFlag = 0x80000000;
+
 // Video attributes byte.
 inline constexpr int kAspectShift = 2;      // 2 bits: 0 = 4:3, 3 = 16:9
 inline constexpr int kDisplayModeMask = 3;  // 1 = pan-scan only, 2 = letterbox only

@@ -19,16 +19,44 @@ inline constexpr std::size_t kNavButtonCountOffset = 158;      // u8
 inline constexpr std::size_t kNavButtonColoursOffset = 163;    // 3 entries of 8 bytes
 inline constexpr std::size_t kNavButtonsOffset = 187;          // up to 36 entries of 18 bytes
 inline constexpr std::size_t kDsiPacketOffset = 1024;          // u32 start code
-inline constexpr std::size_t kNavVobIdOffset = 1055;           // u16
-inline constexpr std::size_t kNavCellIdOffset = 1058;          // u8
-inline constexpr std::size_t kNavCategoryOffset = 1063;        // u16, non-zero = interleaved
-inline constexpr std::size_t kNavSearchInfoOffset = 1265;      // VOBU search, synchronisation
+inline constexpr std::size_t kDsiLbaOffset = 1035;             // u32, DSI: own LBA
+inline constexpr std::size_t kVobuEndOffset = 1039;            // u32, last pack, from this one
+inline constexpr std::size_t kReferenceEndsOffset = 1043;      // 3 u32, ends of reference frames
+inline constexpr int kReferenceEnds = 3;
+inline constexpr std::size_t kNavVobIdOffset = 1055;       // u16
+inline constexpr std::size_t kNavCellIdOffset = 1058;      // u8
+inline constexpr std::size_t kNavCategoryOffset = 1063;    // u16, non-zero = interleaved
+inline constexpr std::size_t kNavSearchInfoOffset = 1265;  // VOBU search, synchronisation
 inline constexpr std::size_t kNavSearchInfoSize = 271;
-inline constexpr std::size_t kNavNextVobuOffset = 1345;     // u32, sectors forward
+inline constexpr std::size_t kNavNextVobuOffset = 1345;      // u32, sectors forward
 inline constexpr std::size_t kNavPreviousVobuOffset = 1349;  // u32, sectors back
 // Of a search pointer, without its two flag bits.
 inline constexpr std::uint32_t kNavDistanceMask = 0x3FFFFFFF;
 inline constexpr std::uint32_t kNavNoDistance = 0x3FFFFFFF;
+
+// VOBU search information: distances in sectors to other nav packs. A single entry keeps its
+// distance in 31 bits, one of the two runs of 19 in 30 bits; bit 31 is set in all that are valid.
+inline constexpr std::size_t kNextVideoOffset = 1265;      // forward, single
+inline constexpr std::size_t kForwardRunOffset = 1269;     // 19 entries
+inline constexpr std::size_t kNextVobuOffset = 1345;       // forward, single
+inline constexpr std::size_t kPreviousVobuOffset = 1349;   // backward, single
+inline constexpr std::size_t kBackwardRunOffset = 1353;    // 19 entries
+inline constexpr std::size_t kPreviousVideoOffset = 1429;  // backward, single
+inline constexpr std::size_t kSearchRunLength = 19;
+inline constexpr std::uint32_t kSearchValid = 0x80000000;
+inline constexpr std::uint32_t kNoVideoVobu = 0xBFFFFFFF;
+
+// Synchronisation information: for each audio stream the distance to the pack heard at the VOBU's
+// start, for each subpicture stream that to the nav pack before the unit shown; the top bit set
+// leads backward.
+inline constexpr std::size_t kAudioSyncOffset = 1433;  // 8 u16
+inline constexpr int kAudioSyncEntries = 8;
+inline constexpr std::uint16_t kAudioSyncBackward = 0x8000;
+inline constexpr std::uint16_t kNoAudioSync = 0x3FFF;       // as is 0, with and without bit 14
+inline constexpr std::size_t kSubpictureSyncOffset = 1449;  // 32 u32
+inline constexpr std::uint32_t kSubpictureSyncBackward = 0x80000000;
+inline constexpr std::uint32_t kNoSubpictureSync = 0x7FFFFFFF;
+
 inline constexpr std::uint16_t kNewHighlight = 1;
 
 inline constexpr int kMaxButtons = 36;

@@ -13,13 +13,13 @@ std::int64_t PacksIn(std::uint64_t ticks) {
   return static_cast<std::int64_t>(ticks * 150 / 21943);
 }
 
-std::uint32_t FreeSlots(std::uint64_t clock, std::uint64_t nextClock, std::uint32_t length) {
+}  // namespace
+
+std::uint32_t FreePackSlots(std::uint64_t clock, std::uint64_t nextClock, std::uint32_t length) {
   // Across a restart of the clock nothing is known about the room.
   if (nextClock < clock) return 0;
   return static_cast<std::uint32_t>(std::max<std::int64_t>(PacksIn(nextClock - clock) - length, 0));
 }
-
-}  // namespace
 
 void VobuTracker::TakeNavPack(SectorView sector, const NavPack& nav, std::uint32_t lba) {
   const std::uint64_t clock = GetClockReference(sector).base;
@@ -32,7 +32,7 @@ void VobuTracker::TakeNavPack(SectorView sector, const NavPack& nav, std::uint32
 void VobuTracker::CloseLast(std::uint64_t clock, std::uint32_t lba) {
   VobuEntry& last = results_.vobus.back();
   last.length = lba - last.startLba;
-  last.freeSlots = FreeSlots(lastClock_, clock, last.length);
+  last.freeSlots = FreePackSlots(lastClock_, clock, last.length);
 }
 
 void VobuTracker::UpdateTimeOffset(const NavPack& nav, std::uint32_t lba) {

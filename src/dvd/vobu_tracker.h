@@ -7,6 +7,11 @@
 
 namespace quillomar {
 
+// Packs that a VOBU of `length` sectors could still hold at the multiplex rate, by the clock
+// references (90 kHz) of its nav pack and the next one. 0 where the clock restarts between them.
+[[nodiscard]] std::uint32_t FreePackSlots(std::uint64_t clock, std::uint64_t nextClock,
+                                          std::uint32_t length);
+
 // Builds the list of VOBUs from the nav packs of a scan, and the offset that makes times run on
 // where a new VOB starts its clock again.
 class VobuTracker {

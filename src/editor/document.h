@@ -61,6 +61,10 @@ class Document final : private PackConsumer {
   // What could not be written is reported and stays modified. `progress` gets the units done and
   // their number.
   Result Save(JobControl& control);
+  // Moves units, given in the order of the list, by a number of seconds and repairs the navigation,
+  // in one transaction. Only for a whole title domain, scanned to its end. What could not be moved
+  // is reported; fails on a failing disk only.
+  Result Retime(const UnitList& selection, double seconds, JobControl& control);
   Result ReloadUnit(SubpictureUnit& unit);
   // The colour table of a program chain, also of one outside the open domain; null when the IFO has
   // no such chain. Valid until the next call.

@@ -61,6 +61,11 @@ class Editor {
   // Asks for a colour for the entry that a pixel type shows and changes the CLUT.
   void EditClutEntry(int pixelType);
 
+  // Whether units of the open files can be moved in time now; says why not.
+  [[nodiscard]] bool MayRetime();
+  // Moves units, given in the order of the list, after the warning that is shown once per run.
+  void Retime(UnitList units, double seconds);
+
   // Command handlers.
   void OpenVobs();
   void OpenFullDomain();

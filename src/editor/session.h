@@ -29,7 +29,8 @@ struct Session {
   std::string logPath;     // empty: no log
   std::string dataFolder;  // of the recent files; empty: none are kept
   FastOpen fastOpen = FastOpen::kAsk;
-  bool warnedOfOnly4x3 = false;  // the 4:3 warning is shown once per run
+  bool warnedOfOnly4x3 = false;   // the 4:3 warning is shown once per run
+  bool warnedOfRetiming = false;  // as is the one that a retiming has no undo
 };
 
 }  // namespace quillomar

@@ -1,0 +1,24 @@
+#include "editor/document.h"
+#include "retime/retimer.h"
+
+namespace quillomar {
+
+Result Document::Retime(const UnitList& selection, double seconds, JobControl& control) {
+  const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
+  UnitList units = Units();
+  const RetimedDisc disc{set_, ifo_, cells_, results_, units};
+  Retimer retimer(disc, *transaction, session_.reporter, control);
+  const Result result = selection.size() == 1 ? retimer.RetimeOne(*selection.front(), seconds)
+                                              : retimer.RetimeSelected(selection, seconds);
+  {
+    const std::lock_guard lock(mutex_);
+    units_ = std::move(units);
+  }
+  if (!Failed(transaction->Commit())) return result;
+  session_.reporter.ReportError(
+      "The retiming could not be written safely to the disk.\n"
+      "Restore the files or open them again before you go on.");
+  return Result::kFailed;
+}
+
+}  // namespace quillomar
