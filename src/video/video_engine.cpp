@@ -1,6 +1,7 @@
 #include "video/video_engine.h"
 
 #include "video/frame_finder.h"
+#include "video/playback.h"
 
 namespace quillomar {
 namespace {
@@ -9,12 +10,26 @@ constexpr const char* kMpeg1Refused =
     "The background video seems to be of type MPEG-1\n"
     "Quillomar can't display MPEG-1 video at this point";
 
+constexpr const char* kLpcmRefused = "Support 16-bit 48KHz or 44.1KHz Stereo Linear PCM Only!";
+
 constexpr std::chrono::milliseconds kPumpInterval{2};
+
+class RealClock final : public PlaybackClock {
+ public:
+  std::int64_t Now() override {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::microseconds>(now).count();
+  }
+  void Sleep(std::int64_t microseconds) override {
+    std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
+  }
+};
 
 }  // namespace
 
-VideoEngine::VideoEngine(FileSystem& files, Reporter& reporter)
-    : files_(files), reporter_(reporter) {}
+VideoEngine::VideoEngine(FileSystem& files, Reporter& reporter, AudioOutput* audio,
+                         PlaybackClock* clock)
+    : files_(files), reporter_(reporter), audio_(audio), clock_(clock) {}
 
 VideoEngine::~VideoEngine() {
   Close();
@@ -35,6 +50,8 @@ void VideoEngine::Close() {
   if (worker_.joinable()) worker_.join();
   reader_ = DiscReader();
   refusedMpeg1_ = false;
+  refusedSound_ = false;
+  soundRefused_ = false;
   const std::scoped_lock lock(mutex_);
   memory_.Clear();
   current_.reset();
@@ -91,6 +108,27 @@ void VideoEngine::ShowNeighbour(int direction) {
   Notify(ID_SECTOR_HIT);
 }
 
+bool VideoEngine::Play(const PlayOptions& options) {
+  StopPrefetch();
+  if (running_) return false;
+  return Start([this, options] { RunPlayback(options); });
+}
+
+void VideoEngine::RunPlayback(const PlayOptions& options) {
+  RealClock realClock;
+  const auto show = [this](FramePointer frame) {
+    SetCurrent(std::move(frame));
+    if (outlet_.pictureShown) outlet_.pictureShown();
+  };
+  const auto log = [this](const std::string& text) { reporter_.LogLine(text); };
+  Playback playback(reader_, clock_ != nullptr ? *clock_ : realClock, {show, log, audio_},
+                    audioStream_, stop_);
+  playback.Run(options);
+  TakeProperties(playback.Properties());
+  if (playback.SoundRefused()) soundRefused_ = true;
+  Notify(ID_PLAYBACK_STOPPED);
+}
+
 Result VideoEngine::Stop(const std::function<void()>& pump) {
   StopPrefetch();
   stop_ = true;
@@ -105,7 +143,7 @@ Result VideoEngine::Wait(const std::function<void()>& pump) {
     std::this_thread::sleep_for(kPumpInterval);
   }
   if (worker_.joinable()) worker_.join();
-  RefuseMpeg1();
+  ReportRefusals();
   return Result::kDone;
 }
 
@@ -153,11 +191,16 @@ void VideoEngine::TakeProperties(const std::optional<VideoProperties>& propertie
 }
 
 // On the owner's thread, because a decoding thread that waits for an answer could not be joined.
-void VideoEngine::RefuseMpeg1() {
+void VideoEngine::ReportRefusals() {
   const auto properties = Properties();
-  if (!properties || !properties->mpeg1 || refusedMpeg1_) return;
-  refusedMpeg1_ = true;
-  reporter_.ReportError(kMpeg1Refused);
+  if (properties && properties->mpeg1 && !refusedMpeg1_) {
+    refusedMpeg1_ = true;
+    reporter_.ReportError(kMpeg1Refused);
+  }
+  if (soundRefused_ && !refusedSound_) {
+    refusedSound_ = true;
+    reporter_.ReportError(kLpcmRefused);
+  }
 }
 
 void VideoEngine::Notify(VideoNotification notification) {

@@ -14,6 +14,7 @@
 #include "dvd/vob_file_set.h"
 #include "video/disc_reader.h"
 #include "video/frame_memory.h"
+#include "video/playback_options.h"
 #include "video/video_frame.h"
 
 namespace quillomar {
@@ -27,6 +28,7 @@ enum VideoNotification {
 // pass things on to the owner's own thread.
 struct VideoOutlet {
   std::function<void(VideoNotification)> notify;
+  std::function<void()> pictureShown = {};  // by playback: there is a new current frame
 };
 
 // The video behind the subpictures. All operations are for one thread, the owner's; each request
@@ -36,7 +38,10 @@ class VideoEngine {
   static constexpr std::chrono::milliseconds kLongestWait{1000};
   static constexpr std::size_t kMemoryBudget = std::size_t{48} << 20;  // bytes of pictures
 
-  VideoEngine(FileSystem& files, Reporter& reporter);
+  // `audio` and `clock` must outlive the engine; without an output playback is silent, without a
+  // clock it takes the real time.
+  VideoEngine(FileSystem& files, Reporter& reporter, AudioOutput* audio = nullptr,
+              PlaybackClock* clock = nullptr);
   // Waits for the decoding thread, however long that takes.
   ~VideoEngine();
   VideoEngine(const VideoEngine&) = delete;
@@ -53,9 +58,14 @@ class VideoEngine {
   // To the next (1) or the previous (-1) picture; at the end of the set the picture stays.
   bool Step(int direction);
 
+  // Plays picture and sound; ends with ID_PLAYBACK_STOPPED, whatever ends it.
+  bool Play(const PlayOptions& options);
+  // Sub-stream id of the sound; kNoAudio for none. Takes effect at once while playing.
+  void SelectAudio(int subStreamId) { audioStream_ = subStreamId; }
+
   // Asks what runs to end and waits for it, at most kLongestWait, calling `pump` meanwhile. Fails
-  // when it still runs then; until it has ended all requests are ignored. MPEG-1 video is refused
-  // with a message here, once for each set.
+  // when it still runs then; until it has ended all requests are ignored. What cannot be shown
+  // or heard is refused with a message here, once for each set.
   Result Stop(const std::function<void()>& pump = {});
   // Waits alike, without asking it to end.
   Result Wait(const std::function<void()>& pump = {});
@@ -85,19 +95,25 @@ class VideoEngine {
   [[nodiscard]] FramePointer FindRemembered(const FrameRequest& request);
   void SetCurrent(FramePointer frame);
   void TakeProperties(const std::optional<VideoProperties>& properties);
-  void RefuseMpeg1();
+  void RunPlayback(const PlayOptions& options);
+  void ReportRefusals();
   void Notify(VideoNotification notification);
 
   FileSystem& files_;
   Reporter& reporter_;
+  AudioOutput* audio_;
+  PlaybackClock* clock_;
   VideoOutlet outlet_;
   bool visible_ = true;
   bool refusedMpeg1_ = false;
+  bool refusedSound_ = false;
   DiscReader reader_;  // the running thread's, else the owner's
   std::thread worker_;
   std::thread prefetcher_;
   std::atomic<bool> running_ = false;
   std::atomic<bool> stop_ = false;
+  std::atomic<int> audioStream_ = kNoAudio;
+  std::atomic<bool> soundRefused_ = false;
   std::atomic<bool> stopPrefetch_ = false;
 
   mutable std::mutex mutex_;  // guards the rest

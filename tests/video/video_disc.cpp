@@ -16,7 +16,9 @@ constexpr int kCounterStep = 48, kCounterBox = 40;
 
 }  // namespace
 
-VideoDisc::VideoDisc(const std::vector<std::string>& paths) {
+VideoDisc::VideoDisc(const std::vector<std::string>& paths, AudioOutput* audio,
+                     PlaybackClock* clock)
+    : engine(*files, messages.reporter, audio, clock) {
   for (const std::string& path : paths) EXPECT_EQ(set.AddFile(path), Result::kDone);
   set.LayOut();
   engine.Attach({[this](VideoNotification n) { notifications.push_back(n); }});
@@ -35,6 +37,20 @@ FramePointer VideoDisc::Step(int direction) {
   while (Failed(engine.Wait())) {
   }
   return engine.CurrentFrame();
+}
+
+std::vector<FramePointer> VideoDisc::Play(const PlayOptions& options,
+                                          const std::function<void(const VideoFrame&)>& onShown) {
+  std::vector<FramePointer> shown;
+  engine.Attach({[this](VideoNotification n) { notifications.push_back(n); },
+                 [&] {
+                   shown.push_back(engine.CurrentFrame());
+                   if (onShown) onShown(*shown.back());
+                 }});
+  EXPECT_TRUE(engine.Play(options));
+  while (Failed(engine.Wait())) {
+  }
+  return shown;
 }
 
 std::vector<UnitPlace> VideoDisc::Units() {

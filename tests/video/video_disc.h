@@ -25,18 +25,23 @@ struct UnitPlace {
 // An engine on files of a disc, with what it said.
 class VideoDisc {
  public:
-  explicit VideoDisc(const std::vector<std::string>& paths);
+  explicit VideoDisc(const std::vector<std::string>& paths, AudioOutput* audio = nullptr,
+                     PlaybackClock* clock = nullptr);
 
   // Asks for a picture and waits for it, as the window does.
   FramePointer Show(const FrameRequest& request);
   FramePointer Step(int direction);
   [[nodiscard]] std::vector<UnitPlace> Units();
 
+  // Plays to the end; the frames shown. `onShown` is called on the decoding thread.
+  std::vector<FramePointer> Play(const PlayOptions& options,
+                                 const std::function<void(const VideoFrame&)>& onShown = {});
+
   MessageCollector messages;
   std::vector<VideoNotification> notifications;  // read only while nothing runs
   std::unique_ptr<FileSystem> files = MakeDiskFileSystem();
   VobFileSet set{*files, messages.reporter};
-  VideoEngine engine{*files, messages.reporter};
+  VideoEngine engine;
 };
 
 // The number burnt into a picture; -1 where its boxes are neither black nor white.
