@@ -1,0 +1,267 @@
+// What a retiming computes, refuses and leaves alone.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "disc/open_disc.h"
+#include "dvd/big_endian.h"
+#include "dvd/ifo_layout.h"
+#include "dvd/nav_pack.h"
+#include "retime/checkers.h"
+#include "retime/ifo_update.h"
+#include "retime/pack_move.h"
+#include "retime/timeline.h"
+#include "spu/colour_edit.h"
+#include "support/message_collector.h"
+
+namespace quillomar::test {
+namespace {
+
+TEST(RetimeRules, DeltasAreWholeFrames) {
+  EXPECT_EQ(DeltaTicks(0.5, VideoStandard::kNtsc), 45045);
+  EXPECT_EQ(DeltaTicks(0.7, VideoStandard::kNtsc), 63063);  // 21 frames, not 20.99
+  EXPECT_EQ(DeltaTicks(-0.01, VideoStandard::kNtsc), 0);
+  EXPECT_EQ(DeltaTicks(-0.1, VideoStandard::kPal), -7200);
+}
+
+TEST(RetimeRules, TheTargetCoversTheNewTimeWithinItsStretch) {
+  std::vector<VobuEntry> vobus;
+  for (std::uint32_t i = 0; i < 8; ++i) {
+    const std::uint32_t start = i % 4 * 100;  // the clock starts again at VOBU 4
+    vobus.push_back({i * 50, i * 50, start, start + 100, 10, 50, {}});
+  }
+  const Timeline timeline(vobus);
+  EXPECT_EQ(timeline.Target(0, 250, true), 2U);
+  EXPECT_EQ(timeline.Target(0, 200, true), 1U);  // the one before the first at or beyond it
+  EXPECT_EQ(timeline.Target(3, 150, false), 1U);
+  EXPECT_EQ(timeline.Target(3, 0, false), 0U);
+  EXPECT_EQ(timeline.Target(6, 10, false), 4U);
+  EXPECT_EQ(timeline.Target(0, 400, true), 3U);
+  EXPECT_EQ(timeline.Target(0, 401, true), std::nullopt);
+  EXPECT_EQ(timeline.Target(5, -1, false), std::nullopt);
+
+  std::vector<std::size_t> tried;
+  const auto none = [&](std::size_t vobu) {
+    tried.push_back(vobu);
+    return false;
+  };
+  EXPECT_FALSE(ChooseDestination(timeline, 0, 3, vobus.size(), none));
+  EXPECT_EQ(tried, (std::vector<std::size_t>{3, 2, 1}));  // VOBU 4 is behind the restart
+  EXPECT_EQ(ChooseDestination(timeline, 2, 3, vobus.size(), none)->vobu, 2U);
+}
+
+TEST(RetimeRules, MovesShiftWhatLiesBetween) {
+  const PackMove back = SetUpMove(1000, 900);
+  EXPECT_EQ(std::tuple(back.first, back.last, back.direction, back.target),
+            std::tuple(900U, 999U, 1, 900U));
+  const PackMove forward = SetUpMove(900, 1000);
+  EXPECT_EQ(std::tuple(forward.first, forward.last, forward.direction, forward.target),
+            std::tuple(901U, 999U, -1, 999U));
+  EXPECT_FALSE(SetUpMove(5, 5).Shifts(5));
+}
+
+TEST(RetimeRules, SectorsMapToTheNextStart) {
+  const std::vector<std::uint32_t> before = {0, 100, 200, 300};
+  const std::vector<std::uint32_t> now = {0, 101, 199, 300};
+  const StartLists starts{before, now};
+  const auto mapped = [&](std::size_t count, std::int64_t sector, std::int64_t above) {
+    const MappedSector found = MapSector(starts, count, sector, above);
+    return std::pair(found.sector, found.exact);
+  };
+  EXPECT_EQ(mapped(3, 100, -1), std::pair(101U, true));
+  EXPECT_EQ(mapped(3, 150, -1), std::pair(199U, false));
+  EXPECT_EQ(mapped(3, 250, -1), std::pair(199U, false));  // none: the last of those that count
+  EXPECT_EQ(mapped(4, 100, 101), std::pair(199U, false));
+  EXPECT_EQ(mapped(4, 300, 199), std::pair(300U, true));
+}
+
+// An IFO of four sectors: header, address map, a table behind it.
+TEST(RetimeRules, TheAddressMapGrowsAndShrinksBySectors) {
+  MessageCollector messages;
+  Bytes file(3 * kSectorSize, 0);
+  PutInt(file, kIfoEndSectorOffset, 2);
+  PutInt(file, kIfoTitleVobusOffset, 1);
+  PutInt(file, kIfoTitleCellsOffset, 2);
+  PutInt(file, kSectorSize, 4 * 10 + 3);
+  PutInt(file, 2 * kSectorSize + kTableEndOffset, 99);
+  PutInt(file, 2 * kSectorSize + 40, 0x12345678);
+  messages.files.Put("/VTS_01_0.IFO", file);
+  IfoFile ifo(messages.files, messages.reporter);
+  ASSERT_EQ(ifo.Load("/VTS_01_0.IFO"), Result::kDone);
+
+  std::vector<std::uint32_t> many;
+  for (std::uint32_t i = 0; i <= 600; ++i) many.push_back(i * 7);
+  ASSERT_EQ(RebuildVobuMap(ifo, {many, many}), Result::kDone);
+  EXPECT_EQ(ifo.SizeKib(), 8U);
+  EXPECT_EQ(ifo.GetInt(0, kIfoEndSectorOffset), 3U);
+  EXPECT_EQ(ifo.GetInt(0, kIfoTitleVobusOffset), 1U);
+  EXPECT_EQ(ifo.GetInt(0, kIfoTitleCellsOffset), 3U);
+  EXPECT_EQ(ifo.GetInt(3 * kSectorSize, 40), 0x12345678U);
+  EXPECT_EQ(ifo.GetInt(kSectorSize, 0), 600U * 4 + 3);
+  EXPECT_EQ(ifo.GetInt(kSectorSize, 4 * 600), 599U * 7);
+
+  const std::vector<std::uint32_t> few(many.begin(), many.begin() + 11);
+  ASSERT_EQ(RebuildVobuMap(ifo, {few, few}), Result::kDone);
+  Bytes expected = file;
+  for (std::uint32_t i = 0; i < 10; ++i) PutInt(expected, kSectorSize + 4 + 4 * i, i * 7);
+  const auto image = ifo.Image().first(ifo.SizeKib() * kKib);
+  EXPECT_EQ(Bytes(image.begin(), image.end()), expected);
+}
+
+// Fails the n-th write (0 = the first) and all that follow.
+class FailingTransactions final : public TransactionSource {
+ public:
+  explicit FailingTransactions(int writes) : writes_(writes) {}
+  std::unique_ptr<WriteTransaction> Begin() override {
+    return std::make_unique<Failing>(writes_, DirectTransactionSource().Begin());
+  }
+
+ private:
+  class Failing final : public WriteTransaction {
+   public:
+    Failing(int writes, std::unique_ptr<WriteTransaction> real)
+        : left_(writes), real_(std::move(real)) {}
+    Result Write(const std::shared_ptr<File>& file, std::uint64_t offset, ByteSpan bytes) override {
+      return left_-- > 0 ? real_->Write(file, offset, bytes) : Result::kFailed;
+    }
+    Result SetSize(const std::shared_ptr<File>& file, std::uint64_t size) override {
+      return real_->SetSize(file, size);
+    }
+    Result Commit() override { return real_->Commit(); }
+
+   private:
+    int left_;
+    std::unique_ptr<WriteTransaction> real_;
+  };
+  int writes_;
+};
+
+class RetimingRefused : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS is not set";
+    disc = std::make_unique<DiscCopy>("ntsc");
+    Open();
+  }
+
+  void Open() {
+    editor = std::make_unique<OpenEditor>(disc->TitleVobs());
+    before = FileBytes(disc->TitleVobs().front());
+  }
+  // Answers confirmations with OK and questions with no.
+  void AnswerNo() {
+    (*editor)->Context().reporter.InstallHooks({[this](const std::string& text) {
+                                                  editor->errors.push_back(text);
+                                                  return 1;
+                                                },
+                                                [this](const std::string& question) {
+                                                  editor->questions.push_back(question);
+                                                  return false;
+                                                },
+                                                [](const std::string&) { return true; }});
+  }
+  UnitList Units() { return (*editor)->Doc().Units(); }
+  bool Untouched() { return FileBytes(disc->TitleVobs().front()) == before; }
+
+  std::unique_ptr<DiscCopy> disc;
+  std::unique_ptr<OpenEditor> editor;
+  Bytes before;
+};
+
+TEST_F(RetimingRefused, WhereThereIsNoPlace) {
+  (*editor)->Retime({Units()[3]}, 1000);
+  EXPECT_EQ(editor->errors, std::vector<std::string>{
+                                "Can't find an empty slot for subpic 4! It won't be moved....\n"});
+  EXPECT_TRUE(Untouched());
+}
+
+TEST_F(RetimingRefused, ByAUnitWithButtons) {
+  const UnitList units = Units();
+  units.back()->highlight.buttons.resize(1);
+  (*editor)->Retime(units, 1);
+  EXPECT_EQ((*editor)->Context().reporter.StatusText(), "Updating IFO");
+  EXPECT_TRUE(Untouched());
+}
+
+TEST_F(RetimingRefused, ByTheUserWhereAVobuHoldsSeveralUnits) {
+  const UnitList units = Units();
+  const auto other = std::find_if(units.begin() + 1, units.end(), [&](const UnitPointer& unit) {
+    return unit->stream == units.front()->stream;
+  });
+  (*other)->packs.front().lba = units.front()->packs.back().lba + 1;
+  AnswerNo();
+  (*editor)->Retime({units.front()}, 1);
+  EXPECT_EQ(editor->questions,
+            std::vector<std::string>{
+                "The SPU stream has multiple SPUs in the same VOBU\n"
+                "Re-timing might cause some SPUs to appear in the wrong order. Do you want to "
+                "continue?"});
+  EXPECT_TRUE(Untouched());
+}
+
+TEST_F(RetimingRefused, AcrossInterleavedUnitsButNotInsideAVobu) {
+  const std::uint32_t nav = (*editor)->Doc().Results().vobus[1].startLba;
+  editor.reset();
+  Bytes damaged = before;
+  PutShort(damaged, nav * kSectorSize + kNavCategoryOffset, 0x8000);
+  std::ofstream(disc->TitleVobs().front(), std::ios::binary)
+      .write(reinterpret_cast<const char*>(damaged.data()),
+             static_cast<std::streamsize>(damaged.size()));
+  Open();
+  (*editor)->Retime({Units().front()}, 5);
+  EXPECT_EQ(editor->errors,
+            std::vector<std::string>{
+                "This timing change for spu 1 would require moving the subpic pack.\n"
+                "Interleaved video units (ILVUs) were found in the VOB file. I can't move the "
+                "pack"});
+  EXPECT_TRUE(Untouched());
+  const std::uint32_t time = Units().front()->state.pts;
+  (*editor)->Retime({Units().front()}, 0.35);
+  EXPECT_EQ(Units().front()->state.pts, time + 30030);
+  OpenEditor again(disc->TitleVobs());
+  EXPECT_EQ(again->Doc().Units().front()->state.pts, time + 30030);
+}
+
+TEST_F(RetimingRefused, ForAPartOfADomain) {
+  const DiscCopy split("split");
+  OpenEditor part({split.TitleVobs().front()});
+  EXPECT_FALSE(part->MayRetime());
+  EXPECT_EQ(part.errors, std::vector<std::string>{
+                             "Retiming subtitles is only possible in the title domain\n"
+                             "and if the entire domain is loaded.\nNot available for .sup files"});
+}
+
+TEST_F(RetimingRefused, ByAFailingDiskInAStateThatOpensAgain) {
+  for (const int writes : {0, 1, 2, 4, 8, 16, 32, 64}) {
+    DiscCopy copy("ntsc");
+    OpenEditor opened(copy.TitleVobs());
+    opened->Context().transactions = std::make_unique<FailingTransactions>(writes);
+    opened->Retime(opened->Doc().Units(), 2);
+    EXPECT_EQ(opened.errors.size(), 1U) << writes;
+    OpenEditor again(copy.TitleVobs());
+    EXPECT_TRUE(again->Doc().IsOpen());
+    EXPECT_GT(again->Doc().Units().size(), 30U) << writes;
+  }
+}
+
+TEST_F(RetimingRefused, NothingOfUnsavedEdits) {
+  const DiscModel untouched(disc->Folder());
+  const UnitPointer unit = Units()[5];
+  const int colour = ((*unit->currentColours)[kPattern] + 1) % 16;
+  ASSERT_EQ(SetColour(*unit, colour, kPattern), Result::kDone);
+  const Bytes edited = unit->state.bytes;
+  (*editor)->Retime(Units(), 3);
+  EXPECT_EQ(CheckMux(DiscModel(disc->Folder()), untouched), Faults());
+  EXPECT_TRUE(unit->state.modified);
+  EXPECT_EQ(unit->state.bytes, edited);
+  const std::uint32_t time = unit->state.pts;
+  (*editor)->Run(CommandId::kSaveAll);
+  OpenEditor again(disc->TitleVobs());
+  const UnitPointer saved = again->Doc().Units()[static_cast<std::size_t>(unit->number) - 1];
+  EXPECT_EQ(saved->state.bytes, edited);
+  EXPECT_EQ(saved->state.pts, time);
+}
+
+}  // namespace
+}  // namespace quillomar::test
