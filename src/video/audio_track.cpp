@@ -42,12 +42,10 @@ bool AudioTrack::OpenFor(int sampleRate) {
 void AudioTrack::Add(AudioBlock block) {
   if (!OpenFor(block.sampleRate)) return;
   const std::int64_t gap = block.time - endTime_;
-  if (gap > kLongestSilence) {
-    endTime_ = block.time;
-  } else if (gap > kTolerance) {
+  if (gap > kTolerance && gap <= kLongestSilence) {
     pending_.resize(pending_.size() + PairsOf(gap) * AudioOutput::kChannels);
-    endTime_ = block.time;
-  } else if (gap < -kTolerance) {
+  }
+  if (gap < -kTolerance) {
     const std::size_t cut = std::min(PairsOf(-gap) * AudioOutput::kChannels, block.samples.size());
     block.samples.erase(block.samples.begin(),
                         block.samples.begin() + static_cast<std::ptrdiff_t>(cut));

@@ -225,7 +225,8 @@ VideoFrame VideoDecoder::Convert(const DecodedPicture& decoded, bool still) {
   VideoFrame result;
   result.duration = decoded.duration;
   result.height = FullHeight(source->height);
-  result.rgb.resize(static_cast<std::size_t>(result.width * result.height * 3));
+  result.rgb.resize(static_cast<std::size_t>(result.width) *
+                    static_cast<std::size_t>(result.height) * 3);
   const FrameOwner smooth =
       still && source->interlaced_frame != 0 && source->format == AV_PIX_FMT_YUV420P
           ? WithoutCombing(*source)
@@ -241,7 +242,8 @@ VideoFrame VideoDecoder::Convert(const DecodedPicture& decoded, bool still) {
   constexpr int kUnchanged = 1 << 16;
   sws_setColorspaceDetails(parts_->scaler.get(), sws_getCoefficients(SWS_CS_ITU601), 0,
                            sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, kUnchanged, kUnchanged);
-  std::uint8_t* const first = result.rgb.data() + (result.width - shownWidth) / 2 * 3;
+  const auto margin = static_cast<std::size_t>((result.width - shownWidth) / 2);
+  std::uint8_t* const first = result.rgb.data() + margin * 3;
   const std::array<std::uint8_t*, 1> target = {first};
   const std::array<int, 1> stride = {result.width * 3};
   sws_scale(parts_->scaler.get(), source->data, source->linesize, 0, source->height, target.data(),

@@ -132,7 +132,7 @@ FramePointer FrameFinder::Step(const VideoFrame& from, int direction) {
   const std::int64_t offset = from.globalTime - std::int64_t{from.pts};
   const auto wanted =
       direction > 0 ? from.pts + static_cast<std::uint32_t>(from.duration) : from.pts - 1;
-  const auto found = Find({from.navLba, wanted, offset});
+  FramePointer found = Find({from.navLba, wanted, offset});
   const std::int32_t moved = found ? TicksBetween(from.pts, found->pts) : 0;
   if (moved * direction > 0) return found;
   return direction > 0 ? FirstAfter(from) : LastBefore(from);

@@ -150,8 +150,8 @@ void Playback::ShowOrWait() {
   pictures_.pop_front();
   const bool late = now - picture.time > picture.duration && !pictures_.empty();
   const bool tooMany = options_.frameRate > 0 && shown_ > 0 &&
-                       static_cast<double>(picture.time + picture.duration / 2 - lastTime_) <
-                           90000 / options_.frameRate;
+                       static_cast<double>(2 * (picture.time - lastTime_) + picture.duration) <
+                           2 * 90000 / options_.frameRate;
   if (late) {
     Discard(picture);
   } else if (!tooMany) {

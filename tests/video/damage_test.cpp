@@ -6,6 +6,8 @@
 #include <fstream>
 #include <random>
 
+#include "dvd/big_endian.h"
+#include "dvd/nav_pack.h"
 #include "dvd/pack.h"
 #include "video/video_disc.h"
 #include "video/video_packet.h"
@@ -84,6 +86,37 @@ TEST_F(DamageTest, AnyDamageEnds) {
     if (disc.Show({unit.lba, unit.pts})) ++shown;
   }
   EXPECT_GT(shown, 0);
+}
+
+// As bought discs have them: one time stamp for each VOBU, and pointers that end at the cells.
+TEST_F(DamageTest, FewTimeStampsAndNoPointersGiveTheSamePictures) {
+  std::vector<int> expected;
+  {
+    VideoDisc disc({path_});
+    for (const UnitPlace& unit : disc.Units()) {
+      expected.push_back(ReadCounter(*disc.Show({unit.lba, unit.pts})));
+    }
+  }
+  bool stamped = false;
+  for (std::size_t at = 0; at < image_.size(); at += kSectorSize) {
+    const auto sector = std::span(image_).subspan(at).first<kSectorSize>();
+    const PackKind kind = ClassifyPack(sector).kind;
+    if (kind == PackKind::kNav) {
+      stamped = false;
+      PutInt(sector, kNavNextVobuOffset, kNavNoDistance);
+      PutInt(sector, kNavPreviousVobuOffset, 0x8000'0003);
+    }
+    if (kind != PackKind::kVideo || !PacketTime(sector)) continue;
+    if (stamped) sector[kPesFlags2Offset] = 0;
+    stamped = true;
+  }
+  WriteFile(path_, image_);
+  VideoDisc disc({path_});
+  std::vector<int> found;
+  for (const UnitPlace& unit : disc.Units()) {
+    found.push_back(ReadCounter(*disc.Show({unit.lba, unit.pts})));
+  }
+  EXPECT_EQ(found, expected);
 }
 
 TEST_F(DamageTest, TruncatedFileShowsWhatIsLeft) {
