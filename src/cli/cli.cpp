@@ -6,89 +6,15 @@
 #include "base/format.h"
 #include "base/paths.h"
 #include "cli/cli_call.h"
+#include "cli/cli_commands.h"
 #include "cli/cli_front_end.h"
 #include "dvd/vob_name.h"
 
 namespace quillomar {
 namespace {
 
-const std::vector<CliCommand>& CliCommands() {
-  static const std::vector<CliCommand> kCommands = {
-      {"list", "", "lists the subpictures", {}, RunList},
-      {"info", "", "prints what each subpicture holds, command by command", {}, RunInfo},
-      {"disc", "", "tells what the files hold", {}, RunDisc},
-      {"render",
-       "--types FILE.pgm",
-       "writes one subpicture's pixel types as a PGM of 4 levels",
-       {"--types"},
-       RunRender},
-      {"frame",
-       "--out FILE.bmp [--composed]",
-       "writes the video frame at one subpicture, with the subpicture over it when composed",
-       {"--out", "--composed"},
-       RunFrame},
-      {"text",
-       "--out FILE",
-       "writes what each subpicture holds to a text file",
-       {"--out"},
-       RunText},
-      {"srt", "--out FILE", "writes the recognised text as SubRip", {"--out"}, RunSrt},
-      {"set",
-       "[--colour TYPE=INDEX]... [--alpha TYPE=VALUE]... [--sequence N|all]",
-       "changes subpictures and saves them in place",
-       {"--colour", "--alpha", "--sequence"},
-       RunSet},
-      {"clut",
-       "[--unit U] --pgc N [--entry I=#rrggbb]...",
-       "shows a program chain's colours, or changes them in the IFO and its backup",
-       {"--unit", "--pgc", "--entry"},
-       RunClut},
-      {"retime",
-       "--delta SECONDS",
-       "shows subpictures earlier or later, moving their packs on the disc",
-       {"--delta"},
-       RunRetime},
-  };
-  return kCommands;
-}
-
 // The settings file is named after the window's program.
 constexpr const char* kWindowProgram = "quillomar";
-
-constexpr const char* kHelp =
-    "usage: quillomar-cli COMMAND [OPTION...] FILE...\n"
-    "\n"
-    "FILE: one or more VOB files of a title set, or an .IFO or a VIDEO_TS folder (the folder's\n"
-    "largest title set, whole).\n"
-    "\n"
-    "Commands:\n";
-
-constexpr const char* kOptionHelp =
-    "\n"
-    "Which subpictures (default: all):\n"
-    "  --stream 0x20     of one stream\n"
-    "  --vcid V/C        of one VOB id and cell id\n"
-    "  --numbers 3,7-9   by their number in the set, from 1\n"
-    "  --forced          forced ones only\n"
-    "\n"
-    "TYPE is background, pattern, emphasis1, emphasis2, text (all but the background) or all.\n"
-    "\n"
-    "Common options:\n"
-    "  --json            machine-readable output (list, disc, clut)\n"
-    "  --quiet           no output but errors\n"
-    "  --yes             answers questions with yes\n"
-    "  --fast            reads only what an earlier run found worth reading, where nothing has\n"
-    "                    changed since\n"
-    "  --set KEY=VALUE   another value for a setting, for this run\n"
-    "  --help, --version\n";
-
-void PrintHelp(std::ostream& out) {
-  out << kHelp;
-  for (const CliCommand& command : CliCommands()) {
-    out << Format("  %s %s\n      %s\n", command.name, command.usage, command.summary);
-  }
-  out << kOptionHelp;
-}
 
 int WrongUsage(const CliStreams& streams, const std::string& what) {
   streams.err << "quillomar-cli: " << what << "\nTry quillomar-cli --help\n";
@@ -117,12 +43,12 @@ std::string FolderArgument(FileSystem& files, const std::string& path) {
   return files.IsFolder(inside) ? inside : path;
 }
 
-void OpenArguments(const CliCall& call) {
+void OpenDisc(const CliCall& call, const std::vector<std::string>& paths) {
   FileSystem& files = call.session.files;
-  const bool isIfo = EqualIgnoringCase(SplitPath(call.options.files.front()).extension, ".ifo");
-  const std::string folder = FolderArgument(files, call.options.files.front());
+  const bool isIfo = EqualIgnoringCase(SplitPath(paths.front()).extension, ".ifo");
+  const std::string folder = FolderArgument(files, paths.front());
   if (!isIfo && folder.empty()) {
-    call.editor.OpenFiles(call.options.files, false);
+    call.editor.OpenFiles(paths, false);
     return;
   }
   const std::string vob = VobName(LargestTitleSet(files, folder), 1);
@@ -150,9 +76,23 @@ int RunWithFiles(const CliCommand& command, const CliOptions& options, Session& 
   Editor editor(session, frontEnd, runner);
   session.fastOpen = options.fast ? FastOpen::kAlways : FastOpen::kNever;
   editor.ReadRecentFiles();
-  const CliCall call{options, session, editor, streams};
-  OpenArguments(call);
-  return editor.Doc().IsOpen() ? command.run(call) : static_cast<int>(kCliRefused);
+  const auto disc = options.files.begin() + (command.takesInput ? 1 : 0);
+  const CliCall call{options, session, editor, streams,
+                     command.takesInput ? options.files.front() : std::string()};
+  OpenDisc(call, {disc, options.files.end()});
+  if (!editor.Doc().IsOpen()) return kCliRefused;
+  if (!options.ifoPath.empty() && editor.Doc().InSupMode()) editor.AttachIfo(options.ifoPath);
+  return command.run(call);
+}
+
+// What the command line lacks; empty when nothing.
+std::string Lacking(const CliCommand& command, const CliOptions& options) {
+  if (options.files.size() < (command.takesInput ? 2U : 1U)) return "no file";
+  const std::string required = command.required != nullptr ? command.required : "";
+  const bool missing = (required == "--out" && options.outPath.empty()) ||
+                       (required == "--types" && options.typesPath.empty()) ||
+                       (required == "--pgc" && !options.pgc);
+  return missing ? required + " is needed" : std::string();
 }
 
 }  // namespace
@@ -186,7 +126,7 @@ int RunCli(const std::vector<std::string>& arguments, Session& session, const Cl
     return kCliDone;
   }
   if (name == "--help") {
-    PrintHelp(streams.out);
+    PrintCliHelp(streams.out);
     return kCliDone;
   }
   const CliCommand* const command = FindCliCommand(name);
@@ -199,7 +139,8 @@ int RunCli(const std::vector<std::string>& arguments, Session& session, const Cl
   if (!options) return WrongUsage(streams, name + ": " + error);
   if (options->help || options->version)
     return RunCli({options->help ? "--help" : "--version"}, session, streams);
-  if (options->files.empty()) return WrongUsage(streams, name + ": no file");
+  const std::string lacking = Lacking(*command, *options);
+  if (!lacking.empty()) return WrongUsage(streams, name + ": " + lacking);
   const auto unknown = ReadSettings(*options, session);
   if (!unknown.empty()) return WrongUsage(streams, name + ": no setting " + unknown.front());
   return RunWithFiles(*command, *options, session, streams);

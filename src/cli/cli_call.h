@@ -15,7 +15,10 @@ struct CliCall {
   Session& session;
   Editor& editor;
   const CliStreams& streams;
+  std::string input;  // the file before the disc's, of a command that takes one
 
+  // Saves through the editor, with its question; gives the exit code.
+  [[nodiscard]] int Save() const;
   // The units that the options select, in the order of the set.
   [[nodiscard]] UnitList SelectedUnits() const;
   // Says why on standard error and gives the exit code of a refusal.
@@ -27,7 +30,9 @@ struct CliCommand {
   const char* usage;  // options besides the common ones
   const char* summary;
   std::vector<std::string> options;
-  int (*run)(const CliCall&);  // returns the exit code
+  int (*run)(const CliCall&);      // returns the exit code
+  const char* required = nullptr;  // an option that cannot be left out
+  bool takesInput = false;         // a file of its own stands before the disc's
 };
 
 int RunList(const CliCall& call);
@@ -40,5 +45,9 @@ int RunSrt(const CliCall& call);
 int RunSet(const CliCall& call);
 int RunClut(const CliCall& call);
 int RunRetime(const CliCall& call);
+int RunExportBmp(const CliCall& call);
+int RunExportPpm(const CliCall& call);
+int RunImportBmp(const CliCall& call);
+int RunExportSup(const CliCall& call);
 
 }  // namespace quillomar

@@ -13,10 +13,17 @@ class Editor;
 class CliFrontEnd final : public FrontEnd {
  public:
   std::vector<std::string> ChooseFiles(const FileRequest&) override { return {}; }
+  std::optional<int> ChooseItem(const std::string&, const std::vector<std::string>&) override {
+    return std::nullopt;
+  }
+  bool RunProgram(const std::string&, const std::string&, const std::string&) override {
+    return false;
+  }
   std::optional<Rgb> ChooseColour(const std::string&, Rgb) override { return std::nullopt; }
   bool OpenDocument(const std::string&) override { return false; }
   void ShowMessage(const std::string&) override {}
   void ShowAbout() override {}
+  void ShowPreferences() override {}
   void ExtractManual(const std::string&) override {}
   std::string PageAddress(const std::string& page) override { return page; }
   void CloseWindow() override {}

@@ -46,7 +46,6 @@ int RunDisc(const CliCall& call) {
 int RunRender(const CliCall& call) {
   const UnitList units = call.SelectedUnits();
   if (units.size() != 1) return call.Refuse("render takes exactly one subpicture: --numbers N");
-  if (call.options.typesPath.empty()) return call.Refuse("render needs --types FILE.pgm");
   SubpictureUnit& unit = *units.front();
   if (Failed(NeedBitmap(unit, call.editor.Doc().Context()))) {
     return call.Refuse(Format("Subpic %d has no bitmap", unit.number));

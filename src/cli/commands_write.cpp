@@ -6,65 +6,21 @@
 #include "cli/cli_call.h"
 #include "cli/json.h"
 #include "cli/unit_json.h"
-#include "spu/colour_edit.h"
-#include "spu/run_length.h"
+#include "editor/unit_edits.h"
 
 namespace quillomar {
 namespace {
 
-// Saves through the editor, with its question; what stays modified was refused.
-int Save(const CliCall& call) {
-  Document& document = call.editor.Doc();
-  if (!document.Modified()) return kCliDone;
-  call.editor.Run(CommandId::kSaveAll);
-  return document.Modified() ? kCliRefused : kCliDone;
-}
-
-std::vector<int> TypesOf(int which, const SubpictureUnit& unit) {
-  if (which < kPixelTypes) return {which};
-  std::vector<int> types;
-  for (int type = 0; type < kPixelTypes; ++type) {
-    const bool background = type == unit.state.statistics.backgroundType;
-    if (which == kAlphaAll || !background) types.push_back(type);
-  }
-  return types;
-}
-
-Result ApplyColours(SubpictureUnit& unit, const CliOptions& options) {
-  for (const TypeValue& colour : options.colours) {
-    for (const int type : TypesOf(colour.which, unit)) {
-      if (Failed(SetColour(unit, colour.value, type))) return Result::kFailed;
-    }
-  }
-  return Result::kDone;
-}
-
-Result ApplyAlphas(SubpictureUnit& unit, const CliOptions& options, const SpuContext& context) {
-  for (const TypeValue& alpha : options.alphas) {
-    if (Failed(SetAlpha(unit, alpha.value, alpha.which, context))) return Result::kFailed;
-  }
-  return Result::kDone;
-}
-
-// A unit that lacks the sequence asked for is left wholly alone.
+// What it refuses is said; the others are changed all the same.
 Result Apply(const CliCall& call, SubpictureUnit& unit) {
-  const SpuContext context = call.editor.Doc().Context();
-  const int sequence = call.options.sequence.value_or(0);
-  if (sequence >= static_cast<int>(unit.state.sequences.size())) {
-    call.streams.err << Format("Subpic %d has no DCSQT %d, not changed\n", unit.number, sequence);
-    return Result::kFailed;
-  }
-  unit.allSequences = !call.options.sequence.has_value();
-  (void)SelectControlSequence(unit, sequence);
-  const SpuState before = unit.state;
-  const bool done = !Failed(NeedBitmap(unit, context)) &&
-                    !Failed(ApplyAlphas(unit, call.options, context)) &&
-                    !Failed(ApplyColours(unit, call.options));
+  std::string refusal;
+  const Result result = ApplyEdits(unit, call.options.edits, call.session.preferences,
+                                   call.editor.Doc().Context(), refusal);
   unit.ReleasePixels();
-  if (done) return Result::kDone;
-  unit.state = before;
-  call.streams.err << Format("Subpic %d cannot be changed\n", unit.number);
-  return Result::kFailed;
+  if (Failed(result)) {
+    call.streams.err << Format("Subpic %d is not changed: %s\n", unit.number, refusal.c_str());
+  }
+  return result;
 }
 
 void PrintClut(const CliCall& call, const ClutRecord& clut) {
@@ -82,24 +38,27 @@ void PrintClut(const CliCall& call, const ClutRecord& clut) {
 
 }  // namespace
 
+// What stays modified was refused.
+int CliCall::Save() const {
+  if (!editor.Doc().Modified()) return kCliDone;
+  editor.Run(CommandId::kSaveAll);
+  return editor.Doc().Modified() ? kCliRefused : kCliDone;
+}
+
 int RunSet(const CliCall& call) {
-  if (call.options.colours.empty() && call.options.alphas.empty()) {
-    (void)call.Refuse("set needs something to set: --colour, --alpha");
+  if (call.options.edits.Empty()) {
+    (void)call.Refuse("set needs something to set, see quillomar-cli --help");
     return kCliUsage;
   }
   bool refused = false;
   for (const UnitPointer& unit : call.SelectedUnits()) {
     if (Failed(Apply(call, *unit))) refused = true;
   }
-  const int saved = Save(call);
+  const int saved = call.Save();
   return refused ? kCliRefused : saved;
 }
 
 int RunClut(const CliCall& call) {
-  if (!call.options.pgc) {
-    (void)call.Refuse("clut needs --pgc N");
-    return kCliUsage;
-  }
   ClutRecord* const clut =
       call.editor.Doc().EditableClut(call.options.languageUnit, *call.options.pgc);
   if (clut == nullptr) {
@@ -114,7 +73,7 @@ int RunClut(const CliCall& call) {
     YCrCb& current = clut->entries.at(static_cast<std::size_t>(entry));
     if (ToRgb(current) != colour) current = ToYCrCb(colour);
   }
-  return Save(call);
+  return call.Save();
 }
 
 }  // namespace quillomar

@@ -86,11 +86,11 @@ bool AddTypeValue(std::vector<TypeValue>& list, const std::string& text) {
 
 bool SetSequence(CliOptions& options, const std::string& text) {
   if (text == "all") {
-    options.sequence.reset();
+    options.edits.sequence.reset();
     return true;
   }
-  options.sequence = ParseNumber(text, 0, kMaxSpuSize);
-  return options.sequence.has_value();
+  options.edits.sequence = ParseNumber(text, 0, kMaxSpuSize);
+  return options.edits.sequence.has_value();
 }
 
 std::optional<Rgb> ParseColour(const std::string& text) {
@@ -133,6 +133,70 @@ bool AddSetting(CliOptions& options, const std::string& text) {
   return true;
 }
 
+bool SetFade(CliOptions& options, const std::string& text) {
+  if (text != "add" && text != "remove") return false;
+  options.edits.fade = text == "add" ? FadeEdit::kAdd : FadeEdit::kRemove;
+  return true;
+}
+
+bool SetStart(CliOptions& options, const std::string& text) {
+  if (text != "forced" && text != "normal") return false;
+  options.edits.forcedStart = text == "forced";
+  return true;
+}
+
+bool SetPalette(CliOptions& options, const std::string& text) {
+  options.automaticPalette = text == "auto";
+  return text == "auto" || text == "ifo";
+}
+
+bool SetBits(CliOptions& options, const std::string& text) {
+  options.bits = text == "4" ? 4 : 24;
+  return text == "4" || text == "24";
+}
+
+// A factor above 0, at most a thousand.
+std::optional<double> ParseScale(const std::string& text) {
+  constexpr double kLargest = 1000;
+  constexpr double kSmallest = 0.001;
+  double value = 0;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || stop != text.data() + text.size()) return std::nullopt;
+  if (!(value >= kSmallest && value <= kLargest)) return std::nullopt;
+  return value;
+}
+
+bool SetScale(CliOptions& options, const std::string& text) {
+  const auto parts = SplitAt(text, ',');
+  if (!parts) return false;
+  const auto x = ParseScale(parts->first);
+  const auto y = ParseScale(parts->second);
+  options.scaleX = x.value_or(1);
+  options.scaleY = y.value_or(1);
+  return x && y;
+}
+
+Setter EditFlag(bool UnitEdits::*member) {
+  return [member](CliOptions& options, const std::string&) {
+    options.edits.*member = true;
+    return true;
+  };
+}
+
+Setter EditNumber(std::optional<int> UnitEdits::*member, int low, int high) {
+  return [=](CliOptions& options, const std::string& text) {
+    options.edits.*member = ParseNumber(text, low, high);
+    return (options.edits.*member).has_value();
+  };
+}
+
+Setter End(EndEdit end) {
+  return [end](CliOptions& options, const std::string&) {
+    options.edits.end = end;
+    return true;
+  };
+}
+
 Setter Flag(bool CliOptions::*member) {
   return [member](CliOptions& options, const std::string&) {
     options.*member = true;
@@ -156,6 +220,8 @@ Setter Number(std::optional<int> CliOptions::*member, int low, int high) {
 
 std::map<std::string, OptionRule> MakeRules() {
   constexpr int kMaxShort = 0xFFFF;
+  constexpr int kMaxMove = 1000;  // pixels or lines; more than any frame
+  constexpr int kMaxDurationMs = 1'000'000;
   return {
       {"--help", {false, Flag(&CliOptions::help)}},
       {"--version", {false, Flag(&CliOptions::version)}},
@@ -169,13 +235,29 @@ std::map<std::string, OptionRule> MakeRules() {
       {"--numbers", {true, SetNumbers}},
       {"--set", {true, AddSetting}},
       {"--colour",
-       {true, [](CliOptions& o, const std::string& t) { return AddTypeValue(o.colours, t); }}},
+       {true,
+        [](CliOptions& o, const std::string& t) { return AddTypeValue(o.edits.colours, t); }}},
       {"--alpha",
-       {true, [](CliOptions& o, const std::string& t) { return AddTypeValue(o.alphas, t); }}},
+       {true, [](CliOptions& o, const std::string& t) { return AddTypeValue(o.edits.alphas, t); }}},
       {"--sequence", {true, SetSequence}},
+      {"--move-x", {true, EditNumber(&UnitEdits::moveRight, -kMaxMove, kMaxMove)}},
+      {"--move-y", {true, EditNumber(&UnitEdits::moveUp, -kMaxMove, kMaxMove)}},
+      {"--border", {true, EditNumber(&UnitEdits::border, 0, kMaxMove)}},
+      {"--flush", {false, EditFlag(&UnitEdits::flush)}},
+      {"--crop", {false, EditFlag(&UnitEdits::crop)}},
+      {"--hide", {false, EditFlag(&UnitEdits::hide)}},
+      {"--duration", {true, EditNumber(&UnitEdits::durationMs, 0, kMaxDurationMs)}},
+      {"--infinite", {false, End(EndEdit::kInfinite)}},
+      {"--stop", {false, End(EndEdit::kAddStop)}},
+      {"--start", {true, SetStart}},
+      {"--fade", {true, SetFade}},
+      {"--ifo", {true, Path(&CliOptions::ifoPath)}},
       {"--types", {true, Path(&CliOptions::typesPath)}},
       {"--out", {true, Path(&CliOptions::outPath)}},
       {"--composed", {false, Flag(&CliOptions::composed)}},
+      {"--bits", {true, SetBits}},
+      {"--scale", {true, SetScale}},
+      {"--palette", {true, SetPalette}},
       {"--unit",
        {true,
         [](CliOptions& o, const std::string& t) {
@@ -190,9 +272,9 @@ std::map<std::string, OptionRule> MakeRules() {
 }
 
 const std::vector<std::string>& CommonOptions() {
-  static const std::vector<std::string> kCommon = {"--help", "--version", "--json",  "--quiet",
-                                                   "--yes",  "--fast",    "--set",   "--stream",
-                                                   "--vcid", "--numbers", "--forced"};
+  static const std::vector<std::string> kCommon = {"--help",    "--version", "--json",   "--quiet",
+                                                   "--yes",     "--set",     "--stream", "--vcid",
+                                                   "--numbers", "--forced",  "--ifo",    "--fast"};
   return kCommon;
 }
 

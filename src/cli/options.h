@@ -8,14 +8,9 @@
 
 #include "dvd/clut.h"
 #include "dvd/sector.h"
+#include "editor/unit_edits.h"
 
 namespace quillomar {
-
-// One pixel-type assignment such as "pattern=7".
-struct TypeValue {
-  int which = 0;  // 0 to 3, or as SetAlpha takes it
-  int value = 0;  // 0 to 15
-};
 
 // Numbers of units, both ends included.
 struct NumberRange {
@@ -33,14 +28,16 @@ struct CliOptions {
   std::vector<NumberRange> numbers;  // empty: all
   bool forced = false;
 
-  // Edits.
-  std::vector<TypeValue> colours;
-  std::vector<TypeValue> alphas;
-  std::optional<int> sequence;  // nothing: all
-  std::string typesPath;        // render
-  std::string outPath;          // frame, text, srt
-  bool composed = false;        // frame
-  int languageUnit = 0;         // clut
+  UnitEdits edits;
+
+  std::string ifoPath;            // of a .sup file's colours
+  std::string typesPath;          // render
+  std::string outPath;            // exports
+  int bits = 24;                  // of a pixel of a BMP: 24 or 4
+  double scaleX = 1, scaleY = 1;  // of a PPM
+  bool composed = false;          // frame
+  bool automaticPalette = false;
+  int languageUnit = 0;  // clut
   std::optional<int> pgc;
   std::vector<std::pair<int, Rgb>> entries;
   std::optional<double> delta;  // retime: seconds

@@ -17,14 +17,14 @@ constexpr CommandHandler kNotBuilt = nullptr;
 constexpr auto kCommands = std::to_array<Command>({
     {kOpenVobs, "openVobs", Menu::kFile, "Open VOB file(s)", "", kAlways, &Editor::OpenVobs},
     {kOpenFullDomain, "openFullDomain", Menu::kFile, "Open full domain", "", kAlways, &Editor::OpenFullDomain},
-    {kOpenSup, "openSup", Menu::kFile, "Open .SUP file \t(Ctrl-U)", "Ctrl+U", kIdle, kNotBuilt},
-    {kOpenIfo, "openIfo", Menu::kFile, "Open IFO", "Ctrl+J", kIdle, kNotBuilt},
+    {kOpenSup, "openSup", Menu::kFile, "Open .SUP file \t(Ctrl-U)", "Ctrl+U", kIdle, &Editor::OpenSup},
+    {kOpenIfo, "openIfo", Menu::kFile, "Open IFO", "Ctrl+J", kIdle, &Editor::OpenIfo},
     {kSaveAll, "saveAll", Menu::kFile, "Save all modifications \t(Ctrl-S)", "Ctrl+S", kIdleWithSet, &Editor::SaveAll, true},
-    {kSaveSup, "saveSup", Menu::kFile, "Save selected subpics as .SUP file", "", kIdleWithUnit, kNotBuilt},
-    {kSaveBitmap, "saveBitmap", Menu::kFile, "Save current subpic as a bitmap", "", kIdleWithUnit, kNotBuilt, true},
+    {kSaveSup, "saveSup", Menu::kFile, "Save selected subpics as .SUP file", "", kIdleWithUnit, &Editor::SaveSup},
+    {kSaveBitmap, "saveBitmap", Menu::kFile, "Save current subpic as a bitmap", "", kIdleWithUnit, &Editor::SaveBitmap, true},
     {kSaveFrame, "saveFrame", Menu::kFile, "Save current video frame as .BMP", "", kIdleWithSet, kNotBuilt},
-    {kReplaceBitmap, "replaceBitmap", Menu::kFile, "Replace current subpic with .BMP file", "", kIdleWithUnit, kNotBuilt},
-    {kEditBitmap, "editBitmap", Menu::kFile, "Edit subpic bitmap with external tool\t(Ctrl-Shift-E)", "Ctrl+Shift+E", kIdleWithUnit, kNotBuilt},
+    {kReplaceBitmap, "replaceBitmap", Menu::kFile, "Replace current subpic with .BMP file", "", kIdleWithUnit, &Editor::ReplaceBitmap},
+    {kEditBitmap, "editBitmap", Menu::kFile, "Edit subpic bitmap with external tool\t(Ctrl-Shift-E)", "Ctrl+Shift+E", kIdleWithUnit, &Editor::EditBitmap},
     {kPreferences, "preferences", Menu::kFile, "Preferences", "", kIdle, kNotBuilt, true},
     {kExit, "exit", Menu::kFile, "Exit", "", kAlways, &Editor::Exit, true},
 
@@ -53,6 +53,9 @@ constexpr auto kCommands = std::to_array<Command>({
     {kNext, "next", Menu::kNone, "Next subpic", "Right", kAlways, &Editor::GoNext},
     {kFirst, "first", Menu::kNone, "First subpic", "Home", kAlways, &Editor::GoFirst},
     {kLast, "last", Menu::kNone, "Last subpic", "End", kAlways, &Editor::GoLast},
+    {kCrop, "crop", Menu::kNone, "Crop the background of the current subpic", "Ctrl+E", kIdleWithUnit, &Editor::CropCurrent},
+    {kHide, "hide", Menu::kNone, "Hide the current subpic", "Ctrl+H", kIdleWithUnit, &Editor::HideCurrent},
+    {kSavePpm, "savePpm", Menu::kNone, "Save the current subpic as PPM file", "Ctrl+Shift+S", kIdleWithUnit, &Editor::SavePpm},
     {kRedraw, "redraw", Menu::kNone, "Redraw the window", "F5", kAlways, &Editor::Redraw},
 });
 // clang-format on

@@ -44,6 +44,9 @@ enum class CommandId {
   kNext,
   kFirst,
   kLast,
+  kCrop,
+  kHide,
+  kSavePpm,
   kRedraw,
 };
 

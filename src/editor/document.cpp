@@ -15,6 +15,7 @@ Document::Document(Session& session)
 
 void Document::Reset() {
   set_.Reset();
+  sup_ = {};
   ifo_.Close();
   cells_ = {};
   results_ = {};
@@ -114,21 +115,30 @@ bool Document::Modified() const {
 }
 
 Result Document::Save(JobControl& control) {
+  return InSupMode() ? SaveIntoSup() : SaveVobs(control);
+}
+
+Result Document::SaveVobs(JobControl& control) {
   const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
   UnitList saved;
   const Result cluts = SaveCluts(*transaction);
   const Result units = SaveUnits(*transaction, control, saved);
-  if (Failed(transaction->Commit())) {
-    session_.reporter.ReportError(
-        "The changes could not be written safely to the disk.\n"
-        "Keep the files open and save again once the disk works.");
-    return Result::kFailed;
-  }
-  if (!Failed(cluts)) {
-    for (ClutRecord& clut : cells_.cluts) clut.saved = clut.entries;
-  }
+  if (Failed(Commit(*transaction))) return Result::kFailed;
+  if (!Failed(cluts)) MarkClutsSaved();
   for (const UnitPointer& unit : saved) (void)ReloadUnit(*unit);
   return Failed(cluts) ? cluts : units;
+}
+
+Result Document::Commit(WriteTransaction& transaction) {
+  if (!Failed(transaction.Commit())) return Result::kDone;
+  session_.reporter.ReportError(
+      "The changes could not be written safely to the disk.\n"
+      "Keep the files open and save again once the disk works.");
+  return Result::kFailed;
+}
+
+void Document::MarkClutsSaved() {
+  for (ClutRecord& clut : cells_.cluts) clut.saved = clut.entries;
 }
 
 Result Document::SaveCluts(WriteTransaction& transaction) {
@@ -163,7 +173,11 @@ Result Document::SaveUnits(WriteTransaction& transaction, JobControl& control, U
 }
 
 Result Document::ReloadUnit(SubpictureUnit& unit) {
-  return Reload(unit, set_, Context());
+  return InSupMode() ? ReloadSup(unit, *sup_.file, Context()) : Reload(unit, set_, Context());
+}
+
+const std::string& Document::Path() const {
+  return InSupMode() ? supPath_ : set_.Files().front().path;
 }
 
 ClutRecord* Document::EditableClut(int languageUnit, int pgc) {

@@ -17,6 +17,7 @@
 #include "spu/gather.h"
 #include "spu/spu_context.h"
 #include "spu/subpicture_unit.h"
+#include "spu/sup_file.h"
 
 namespace quillomar {
 
@@ -40,7 +41,21 @@ class Document final : private PackConsumer {
   // With a list, only these LBAs in set are read: a fast open, after which nothing can be retimed.
   void Scan(std::optional<std::vector<std::uint32_t>> lbas);
 
-  [[nodiscard]] bool IsOpen() const { return !set_.Empty(); }
+  // Loads a .sup file in place of VOBs; its colours are unknown until an IFO is attached. Fails,
+  // with nothing open, when the file cannot be opened.
+  Result OpenSup(const std::string& path);
+  // Reads the colour tables of an IFO's title domain for a .sup file. Fails with a message.
+  Result AttachIfo(const std::string& path);
+  // Gives all units of a .sup file the colours of one of those tables.
+  void UseClut(int index);
+  // Writes units of one stream into a .sup file of their own.
+  Result ExportSup(const UnitList& units, const std::string& path);
+
+  [[nodiscard]] bool IsOpen() const { return !set_.Empty() || InSupMode(); }
+  [[nodiscard]] bool InSupMode() const { return sup_.file != nullptr; }
+  [[nodiscard]] bool CanSave() const { return InSupMode() ? sup_.canWrite : set_.CanSave(); }
+  // The first file's path.
+  [[nodiscard]] const std::string& Path() const;
   [[nodiscard]] const VobFileSet& Files() const { return set_; }
   // All units in the order of the scan, as a snapshot.
   [[nodiscard]] UnitList Units() const;
@@ -78,10 +93,16 @@ class Document final : private PackConsumer {
   void DropUnit(int stream) override;
   void StandardFound(VideoStandard standard) override;
   Result SaveCluts(WriteTransaction& transaction);
+  Result SaveVobs(JobControl& control);
+  Result SaveIntoSup();
+  Result Commit(WriteTransaction& transaction);
+  void MarkClutsSaved();
   Result SaveUnits(WriteTransaction& transaction, JobControl& control, UnitList& saved);
 
   Session& session_;
   VobFileSet set_;
+  SupFile sup_;
+  std::string supPath_;
   IfoFile ifo_;
   CellMap cells_;
   ScanResults results_;

@@ -87,7 +87,7 @@ void Editor::RefillList() {
 
 void Editor::UpdateView() {
   if (jobChangesUnits_) return;
-  view_ = BuildView(document_, selection_, session_.preferences, onlyType_);
+  view_ = BuildView(document_, selection_, session_.preferences, {onlyType_, automaticClut_});
   view_.canEdit = view_.hasUnit && !busy_;
   if (!busy_) view_.aspect = document_.Results().aspect;
   frontEnd_.Refresh();

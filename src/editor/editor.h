@@ -5,12 +5,14 @@
 #include <string>
 #include <vector>
 
+#include "bitmap/type_colours.h"
 #include "editor/command_table.h"
 #include "editor/document.h"
 #include "editor/front_end.h"
 #include "editor/recent_files.h"
 #include "editor/selection.h"
 #include "editor/session.h"
+#include "editor/unit_edits.h"
 #include "editor/view.h"
 
 namespace quillomar {
@@ -28,6 +30,8 @@ class Editor {
   // Opens files as the command line or a drop names them. `fullDomain`: the whole domain of the
   // first.
   void OpenFiles(const std::vector<std::string>& paths, bool fullDomain);
+  // Colours of a .sup file from an IFO.
+  void AttachIfo(const std::string& path);
   // Files dropped on the window, with the refusals of drops.
   void DropFiles(const std::vector<std::string>& paths);
 
@@ -58,6 +62,21 @@ class Editor {
   void SetColour(int pixelType, int clutEntry);
   // `which` as SetAlpha takes it.
   void SetTransparency(int alpha, int which);
+  // Moves are absolute: lines above and pixels right of the area as found.
+  void MoveVertically(int linesUp);
+  void MoveHorizontally(int pixelsRight);
+  void SetBorder(int lines);
+  // 0: none, 1 to 5: the presets of the preferences, for the set's video standard.
+  void ChooseBorderPreset(int preset);
+  void FlushToBorder();
+  // Asks whether to add a STOP command where there is none.
+  void SetDuration(int ms);
+  void MakeInfinite();
+  void SetForced(bool forced);
+  void AddFade();
+  void RemoveFade();
+  // Colours of the pixel types: the IFO's, or the automatic ones.
+  void UseAutomaticClut(bool automatic);
   // Asks for a colour for the entry that a pixel type shows and changes the CLUT.
   void EditClutEntry(int pixelType);
 
@@ -73,6 +92,15 @@ class Editor {
   void SaveSrt();
   void SaveInfoText();
   void SaveAll();
+  void OpenSup();
+  void OpenIfo();
+  void SaveSup();
+  void SaveBitmap();
+  void SavePpm();
+  void ReplaceBitmap();
+  void EditBitmap();
+  void CropCurrent();
+  void HideCurrent();
   void ReloadCurrent();
   void Abort();
   void Exit();
@@ -102,6 +130,13 @@ class Editor {
  private:
   using Work = std::function<void()>;
 
+  void EditCurrent(const UnitEdits& edits);
+  void OpenSupFile(const std::string& path);
+  void ChooseIfo();
+  [[nodiscard]] std::string ProposedBitmapName() const;
+  [[nodiscard]] TypeColours ExchangeColoursOfCurrent();
+  void SaveBitmapAs(const std::string& path, int type);
+  void ImportBitmap(const std::string& path, const TypeColours& colours);
   bool CloseCheck();
   void StartScan();
   std::optional<std::size_t> ChooseFastOpen();
@@ -128,6 +163,7 @@ class Editor {
   Selection selection_;
   View view_;
   std::optional<int> onlyType_;
+  bool automaticClut_ = false;
   bool busy_ = false;
   bool jobChangesUnits_ = false;  // the view must not look at units until the job has ended
   int ticks_ = 0;

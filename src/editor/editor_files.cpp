@@ -43,6 +43,7 @@ void Editor::CloseFiles() {
   document_.Reset();
   selection_.Clear();
   onlyType_.reset();
+  automaticClut_ = false;
   UpdateView();
 }
 
@@ -75,6 +76,10 @@ void Editor::OpenFullDomain() {
 
 void Editor::OpenFiles(const std::vector<std::string>& paths, bool fullDomain) {
   if (paths.empty() || busy_) return;
+  if (HasExtension(paths.front(), ".sup")) {
+    OpenSupFile(paths.front());
+    return;
+  }
   if (!HasExtension(paths.front(), ".vob")) {
     session_.reporter.ReportError("Error, Quillomar can only open sup or vob files");
     return;
@@ -105,6 +110,14 @@ void Editor::ReportUnopened(const std::string& path) {
 
 void Editor::DropFiles(const std::vector<std::string>& paths) {
   if (busy_ || paths.empty()) return;
+  if (paths.size() == 1 && HasExtension(paths.front(), ".sup")) {
+    if (CloseCheck()) OpenSupFile(paths.front());
+    return;
+  }
+  if (paths.size() == 1 && HasExtension(paths.front(), ".bmp")) {
+    if (selection_.Current()) ImportBitmap(paths.front(), ExchangeColoursOfCurrent());
+    return;
+  }
   const bool allVobs = std::all_of(paths.begin(), paths.end(), [](const std::string& path) {
     return HasExtension(path, ".vob");
   });
@@ -134,11 +147,9 @@ void Editor::StartScan() {
 }
 
 void Editor::SaveAll() {
-  const VobFileSet& set = document_.Files();
-  if (!set.CanSave()) {
-    session_.reporter.ReportError(
-        Format("File %s is read-only, you won't be able to save your changes!",
-               set.Files().front().path.c_str()));
+  if (!document_.CanSave()) {
+    session_.reporter.ReportError(Format(
+        "File %s is read-only, you won't be able to save your changes!", document_.Path().c_str()));
     return;
   }
   if (!session_.reporter.AskOkCancel(

@@ -19,6 +19,7 @@ struct FileRequest {
   std::string name;    // proposed name
   bool several = false;
   bool forSaving = false;
+  int* filterIndex = nullptr;  // filter preselected and then chosen, from 0; null: the first
 };
 
 // Everything that a command may want from a front end beyond messages and questions. Called on the
@@ -29,12 +30,21 @@ class FrontEnd {
 
   // Paths chosen; empty when the user cancelled.
   virtual std::vector<std::string> ChooseFiles(const FileRequest& request) = 0;
+  // Index of the item chosen; nothing when the user cancelled.
+  virtual std::optional<int> ChooseItem(const std::string& title,
+                                        const std::vector<std::string>& items) = 0;
+  // Starts a program with one argument line, split as a shell does, and a file, and waits for its
+  // end while the window stays alive. False when it could not be started.
+  virtual bool RunProgram(const std::string& program, const std::string& arguments,
+                          const std::string& file) = 0;
   virtual std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) = 0;
   // Opens a document or page with the program that the system keeps for it.
   virtual bool OpenDocument(const std::string& pathOrUrl) = 0;
   // A plain message.
   virtual void ShowMessage(const std::string& text) = 0;
   virtual void ShowAbout() = 0;
+  // Lets the user change the preferences.
+  virtual void ShowPreferences() = 0;
   // Writes the manual (PDF) to a path; fails without a word when it cannot.
   virtual void ExtractManual(const std::string& path) = 0;
   // Address of one of the program's own pages, by file name.

@@ -1,5 +1,7 @@
 #include "editor/picture.h"
 
+#include "bitmap/shown_bitmap.h"
+
 namespace quillomar {
 namespace {
 
@@ -27,38 +29,33 @@ Rgb FromSetting(std::int32_t colour) {
   return {bytes.red, bytes.green, bytes.blue};
 }
 
-std::array<Rgb, kPixelTypes> AutomaticColours(const Preferences& preferences) {
+}  // namespace
+
+TypeColours AutomaticDefaults(const Preferences& preferences) {
   return {FromSetting(preferences.autoBackgroundColour), FromSetting(preferences.autoPatternColour),
           FromSetting(preferences.autoEmphasis1Colour),
           FromSetting(preferences.autoEmphasis2Colour)};
 }
 
-}  // namespace
-
 DisplayPalette MakeDisplayPalette(const SubpictureUnit& unit, const ClutRecord* clut,
                                   const Preferences& preferences) {
   DisplayPalette palette;
-  const auto automatic = AutomaticColours(preferences);
+  const auto clutColours = ClutColours(unit, clut);
+  palette.colours = clutColours ? *clutColours : AutomaticColours(AutomaticDefaults(preferences));
   for (std::size_t type = 0; type < kPixelTypes; ++type) {
     palette.alphas[type] = unit.currentAlphas ? (*unit.currentAlphas)[type] : kOpaque;
-    if (clut != nullptr && unit.currentColours) {
-      const int entry = (*unit.currentColours)[type];
-      palette.entries[type] = entry;
-      palette.colours[type] = ToRgb(clut->entries.at(static_cast<std::size_t>(entry)));
-    } else {
-      palette.colours[type] = automatic[type];
-    }
+    if (clutColours) palette.entries[type] = (*unit.currentColours)[type];
   }
   return palette;
 }
 
 SubpicturePicture ComposePicture(const SubpictureUnit& unit, const DisplayPalette& palette,
                                  std::optional<int> onlyType) {
-  SubpicturePicture picture{
-      unit.state.area.sx, unit.state.area.sy, unit.state.width, unit.state.height, {}};
+  const ShownBitmap shown = FindShownBitmap(unit);
+  SubpicturePicture picture{shown.x, shown.y, shown.width, shown.height, {}};
   const auto pixels = MakePixels(palette, onlyType);
-  picture.rgba.reserve(unit.pixels.size() * kBytesPerPixel);
-  for (const std::uint8_t type : unit.pixels) {
+  picture.rgba.reserve(shown.pixels.size() * kBytesPerPixel);
+  for (const std::uint8_t type : shown.pixels) {
     const Pixel& pixel = pixels.at(type);
     picture.rgba.insert(picture.rgba.end(), pixel.begin(), pixel.end());
   }

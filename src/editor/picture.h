@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "bitmap/type_colours.h"
 #include "dvd/clut.h"
 #include "editor/session.h"
 #include "spu/subpicture_unit.h"
@@ -13,11 +14,14 @@ namespace quillomar {
 
 // What the four pixel types look like in the current sequence.
 struct DisplayPalette {
-  std::array<Rgb, kPixelTypes> colours{};
+  TypeColours colours{};
   std::array<int, kPixelTypes> alphas{};  // 0 to 15
   std::array<std::optional<int>, kPixelTypes>
       entries{};  // CLUT indices; nothing for automatic colours
 };
+
+// The automatic colours as the preferences have them.
+[[nodiscard]] TypeColours AutomaticDefaults(const Preferences& preferences);
 
 // Colours come from the CLUT through the unit's set-colour command; without either they are the
 // automatic ones of the preferences. A unit without a set-contrast command shows all types opaque.

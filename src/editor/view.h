@@ -8,6 +8,7 @@
 #include "dvd/sector.h"
 #include "dvd/video_standard.h"
 #include "editor/picture.h"
+#include "spu/duration.h"
 
 namespace quillomar {
 
@@ -22,6 +23,27 @@ struct Swatch {
   int alpha = 0;                 // 0 to 15
   std::optional<int> clutEntry;  // nothing for automatic colours
   bool used = false;             // the bitmap has such pixels
+};
+
+// Where the current unit stands and what the controls allow.
+struct PlaceView {
+  int up = 0;                  // lines above the area as found
+  int right = 0;               // pixels right of it
+  bool canMoveRight = false;   // narrow enough for a horizontal move to mean something
+  bool canHaveBorder = false;  // menu units with buttons have none
+  int border = 0;              // lines
+  // 0: no border, 1 to 5: a preset of that height; nothing: another height.
+  std::optional<int> borderPreset;
+};
+
+// When it is shown.
+struct TimeView {
+  int durationMs = -1;                // -1: no end
+  std::optional<DelayLimits> limits;  // of the duration; nothing without an end
+  bool forced = false;
+  bool canStart = false;  // it has a start command to change
+  bool hasFade = false;
+  bool canAddFade = false;
 };
 
 // Everything the window shows, as one snapshot that a running job never changes.
@@ -48,7 +70,10 @@ struct View {
   std::string clutTooltip;
   std::optional<int> onlyType;  // the one pixel type that the picture shows; nothing: all
   int textAlpha = 0;            // transparency slider, 0 to 15
-  bool canEdit = false;         // unit and its set may be changed
+  bool automaticClut = false;   // pixel types in the automatic colours, though a CLUT is known
+  PlaceView place;
+  TimeView time;
+  bool canEdit = false;  // unit and its set may be changed
 };
 
 }  // namespace quillomar

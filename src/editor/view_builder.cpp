@@ -68,13 +68,19 @@ void FillClut(const ClutRecord* clut, View& view) {
 }
 
 void FillUnit(Document& document, SubpictureUnit& unit, const Preferences& preferences,
-              std::optional<int> onlyType, View& view) {
+              const ViewOptions& options, View& view) {
   const SpuContext context = document.Context();
   const ClutRecord* const clut = ClutOfUnit(document, unit);
-  const DisplayPalette palette = MakeDisplayPalette(unit, clut, preferences);
-  if (!Failed(NeedBitmap(unit, context))) view.picture = ComposePicture(unit, palette, onlyType);
+  const DisplayPalette palette =
+      MakeDisplayPalette(unit, options.automaticClut ? nullptr : clut, preferences);
+  if (!Failed(NeedBitmap(unit, context))) {
+    view.picture = ComposePicture(unit, palette, options.onlyType);
+  }
   view.hasUnit = true;
-  view.onlyType = onlyType;
+  view.onlyType = options.onlyType;
+  view.automaticClut = options.automaticClut;
+  view.place = BuildPlaceView(unit, preferences, context.standard);
+  view.time = BuildTimeView(document, unit);
   view.infoRtf = InfoRtf(unit, context.standard);
   FillSequences(unit, view);
   FillSwatches(unit, palette, view);
@@ -85,11 +91,11 @@ void FillUnit(Document& document, SubpictureUnit& unit, const Preferences& prefe
 }  // namespace
 
 View BuildView(Document& document, const Selection& selection, const Preferences& preferences,
-               std::optional<int> onlyType) {
+               const ViewOptions& options) {
   View view;
   view.hasSet = document.IsOpen();
   if (!view.hasSet) return view;
-  view.title = document.Files().Files().front().path;
+  view.title = document.Path();
   view.standard = document.Standard();
   view.count = selection.Count();
   view.index = selection.Index();
@@ -97,7 +103,7 @@ View BuildView(Document& document, const Selection& selection, const Preferences
   view.streams = StreamEntries(document, unit ? document.Cells().Find(unit->vcid) : nullptr);
   view.stream = selection.filter.stream ? *selection.filter.stream + 1 : 0;
   FillVcids(document, selection.filter, view);
-  if (unit) FillUnit(document, *unit, preferences, onlyType, view);
+  if (unit) FillUnit(document, *unit, preferences, options, view);
   return view;
 }
 

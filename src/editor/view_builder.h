@@ -9,11 +9,19 @@
 namespace quillomar {
 
 // Takes the snapshot that the window shows. Decodes the current unit's bitmap.
+struct ViewOptions {
+  std::optional<int> onlyType;
+  bool automaticClut = false;
+};
 [[nodiscard]] View BuildView(Document& document, const Selection& selection,
-                             const Preferences& preferences, std::optional<int> onlyType);
+                             const Preferences& preferences, const ViewOptions& options);
 
 // Program chain whose colours a unit has; null when it is unknown.
 [[nodiscard]] ClutRecord* ClutOfUnit(Document& document, const SubpictureUnit& unit);
+
+[[nodiscard]] PlaceView BuildPlaceView(const SubpictureUnit& unit, const Preferences& preferences,
+                                       VideoStandard standard);
+[[nodiscard]] TimeView BuildTimeView(const Document& document, const SubpictureUnit& unit);
 
 // VOB id and cell id pairs of the units, in the order in which they come.
 [[nodiscard]] std::vector<Vcid> VcidsOf(const UnitList& units);

@@ -26,8 +26,8 @@ TEST(CliOptions, ReadSelectionsAndEditsInAnyOrder) {
   EXPECT_EQ(options->numbers[0].last, 3);
   EXPECT_EQ(options->numbers[1].first, 7);
   EXPECT_EQ(options->numbers[1].last, 9);
-  EXPECT_EQ(options->colours[0].which, kEmphasis2);
-  EXPECT_EQ(options->alphas[0].which, kAlphaAllButBackground);
+  EXPECT_EQ(options->edits.colours[0].which, kEmphasis2);
+  EXPECT_EQ(options->edits.alphas[0].which, kAlphaAllButBackground);
   EXPECT_EQ(options->entries[0], (std::pair<int, Rgb>{3, {0x0A, 0xF0, 0x10}}));
 }
 

@@ -6,6 +6,7 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <memory>
@@ -65,10 +66,9 @@ struct CodecDeleter {
 };
 using CodecPointer = std::unique_ptr<AVCodecContext, CodecDeleter>;
 
-CodecPointer OpenDecoder(const AVStream& stream) {
+CodecPointer OpenDecoder() {
   const AVCodec* const codec = avcodec_find_decoder(AV_CODEC_ID_DVD_SUBTITLE);
   CodecPointer context(avcodec_alloc_context3(codec));
-  avcodec_parameters_to_context(context.get(), stream.codecpar);
   av_opt_set(context->priv_data, "palette", IndexPalette().c_str(), 0);
   if (avcodec_open2(context.get(), codec, nullptr) < 0) throw std::runtime_error("no decoder");
   return context;
@@ -118,7 +118,7 @@ std::vector<FfmpegSubtitle> ReadWithFfmpeg(const std::vector<std::string>& paths
     const AVStream& stream = *format->streams[packet->stream_index];
     if (stream.codecpar->codec_id == AV_CODEC_ID_DVD_SUBTITLE) {
       CodecPointer& decoder = decoders[packet->stream_index];
-      if (!decoder) decoder = OpenDecoder(stream);
+      if (!decoder) decoder = OpenDecoder();
       AVSubtitle subtitle{};
       int got = 0;
       avcodec_decode_subtitle2(decoder.get(), &subtitle, &got, packet);
@@ -129,7 +129,25 @@ std::vector<FfmpegSubtitle> ReadWithFfmpeg(const std::vector<std::string>& paths
   }
   av_packet_free(&packet);
   avformat_close_input(&format);
+  std::stable_sort(
+      subtitles.begin(), subtitles.end(),
+      [](const FfmpegSubtitle& a, const FfmpegSubtitle& b) { return a.streamId < b.streamId; });
   return subtitles;
+}
+
+FfmpegSubtitle DecodeWithFfmpeg(std::span<const std::uint8_t> unit) {
+  const CodecPointer decoder = OpenDecoder();
+  AVPacket* packet = av_packet_alloc();
+  av_new_packet(packet, static_cast<int>(unit.size()));
+  std::copy(unit.begin(), unit.end(), packet->data);
+  packet->pts = 0;
+  AVSubtitle subtitle{};
+  int got = 0;
+  avcodec_decode_subtitle2(decoder.get(), &subtitle, &got, packet);
+  FfmpegSubtitle result = got != 0 ? Convert(subtitle, *packet, 0) : FfmpegSubtitle();
+  avsubtitle_free(&subtitle);
+  av_packet_free(&packet);
+  return result;
 }
 
 }  // namespace quillomar::test

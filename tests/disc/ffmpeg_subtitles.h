@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -20,7 +21,11 @@ struct FfmpegSubtitle {
   std::array<int, 4> alphas{};              // 0 to 15
 };
 
-// All subpictures of program stream files that follow each other, in the order of the multiplex.
+// All subpictures of program stream files that follow each other: stream by stream, each in the
+// order of the multiplex.
 std::vector<FfmpegSubtitle> ReadWithFfmpeg(const std::vector<std::string>& paths);
+
+// One unit by its bytes; its stream and time are 0. Without width where nothing is to be seen.
+FfmpegSubtitle DecodeWithFfmpeg(std::span<const std::uint8_t> unit);
 
 }  // namespace quillomar::test

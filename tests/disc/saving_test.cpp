@@ -6,8 +6,8 @@
 
 #include <set>
 
-#include "disc/open_disc.h"
 #include "disc/ffmpeg_subtitles.h"
+#include "disc/open_disc.h"
 
 namespace quillomar {
 namespace {
@@ -108,7 +108,10 @@ TEST_P(SavedDisc, NewColoursShowAndTheOldOnesComeBack) {
 
   OpenEditor editor(vobs);
   for (const UnitPointer& unit : editor->Doc().Units()) {
-    const auto& old = firstPictures.at(static_cast<std::size_t>(unit->number - 1));
+    const auto ofStream = std::find_if(
+        firstPictures.begin(), firstPictures.end(),
+        [&unit](const FfmpegSubtitle& other) { return other.streamId == unit->SubStreamId(); });
+    const FfmpegSubtitle& old = *(ofStream + unit->numberInStream - 1);
     ASSERT_EQ(unit->state.pts, old.pts);
     for (int type = 0; type < kPixelTypes; ++type) {
       editor->GoTo(unit->number - 1);

@@ -1,0 +1,76 @@
+// .sup files in place of VOBs.
+
+#include <algorithm>
+
+#include "base/format.h"
+#include "editor/document.h"
+
+namespace quillomar {
+
+Result Document::OpenSup(const std::string& path) {
+  auto sup = LoadSup(session_.files, path, session_.reporter, session_.limit);
+  if (!sup) return Result::kFailed;
+  sup_ = std::move(*sup);
+  supPath_ = path;
+  const std::lock_guard lock(mutex_);
+  units_.assign(sup_.units.begin(), sup_.units.end());
+  standard_ = sup_.standard;
+  highestStream_ = units_.empty() ? -1 : 0;
+  return Result::kDone;
+}
+
+Result Document::AttachIfo(const std::string& path) {
+  if (Failed(ifo_.Load(path))) {
+    session_.reporter.ReportError(Format("Couldn't read %s", path.c_str()));
+    return Result::kFailed;
+  }
+  cells_ = {};
+  const int chains = ifo_.ProgramChains(0);
+  for (int pgc = 1; pgc <= chains; ++pgc) {
+    const auto clut = ifo_.Clut(0, pgc);
+    if (clut) cells_.cluts.push_back({*clut, *clut, 0, pgc});
+  }
+  if (!cells_.cluts.empty()) {
+    UseClut(0);
+    return Result::kDone;
+  }
+  session_.reporter.ReportError(Format("%s holds no colors", path.c_str()));
+  ifo_.Close();
+  return Result::kFailed;
+}
+
+void Document::UseClut(int index) {
+  for (const UnitPointer& unit : Units()) unit->clut = index;
+}
+
+Result Document::SaveIntoSup() {
+  const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
+  const UnitList units = Units();
+  const bool any = std::any_of(units.begin(), units.end(),
+                               [](const UnitPointer& unit) { return unit->state.modified; });
+  std::optional<SupPositions> positions;
+  if (any) {
+    positions = SaveSup(sup_.file, units, *transaction, Context());
+    if (!positions) return Result::kFailed;
+  }
+  const Result cluts = SaveCluts(*transaction);
+  if (Failed(Commit(*transaction))) return Result::kFailed;
+  if (!Failed(cluts)) MarkClutsSaved();
+  if (positions && Failed(TakeSavedSup(*sup_.file, units, *positions, Context()))) {
+    return Result::kFailed;
+  }
+  return cluts;
+}
+
+Result Document::ExportSup(const UnitList& units, const std::string& path) {
+  const std::shared_ptr<File> file = OpenSupForSaving(session_.files, path);
+  if (!file) {
+    session_.reporter.ReportError("Couldn't open file for writing!");
+    return Result::kFailed;
+  }
+  const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
+  const auto positions = SaveSup(file, units, *transaction, Context());
+  return positions ? Commit(*transaction) : Result::kFailed;
+}
+
+}  // namespace quillomar

@@ -1,0 +1,117 @@
+// Subpictures as bitmap files: saving, replacing, the external editor.
+
+#include "base/format.h"
+#include "base/paths.h"
+#include "base/platform.h"
+#include "bitmap/bitmap_export.h"
+#include "bitmap/bitmap_import.h"
+#include "editor/editor.h"
+#include "editor/picture.h"
+#include "editor/view_builder.h"
+
+namespace quillomar {
+namespace {
+
+constexpr const char* kSaveFilter =
+    "24bit bmp Files (*.bmp)|*.bmp|4bit bmp Files (*.bmp)|*.bmp|ppm Files (*.ppm)|*.ppm||";
+constexpr const char* kSaveFailed = "Couldn't save subpic as BMP! sorry... ";
+constexpr const char* kTemporaryBitmap = "tempbitmap.bmp";
+
+// Places in the list of filters.
+enum SaveType { kSave24Bit = 0, kSave4Bit = 1, kSavePpm = 2 };
+
+}  // namespace
+
+std::string Editor::ProposedBitmapName() const {
+  const SubpictureUnit& unit = *selection_.Current();
+  return Format("%ssubpic_0x%02x_%03d", session_.preferences.lastPpmDir.c_str(),
+                static_cast<unsigned>(unit.SubStreamId()), unit.number);
+}
+
+// A bitmap whose colours cannot tell the pixel types apart leaves and returns in the automatic
+// ones.
+TypeColours Editor::ExchangeColoursOfCurrent() {
+  const SubpictureUnit& unit = *selection_.Current();
+  const ExchangeColours colours =
+      ColoursForExchange(unit, ClutOfUnit(document_, unit), AutomaticDefaults(session_.preferences),
+                         automaticClut_ ? PaletteChoice::kAutomatic : PaletteChoice::kIfo);
+  if (colours.replaced && session_.preferences.warnOnBitmapImport != 0) {
+    session_.reporter.ReportError(kEqualColoursWarning);
+  }
+  return colours.colours;
+}
+
+void Editor::SaveBitmap() {
+  int type = session_.preferences.bitmapSaveType;
+  FileRequest request{"Save subpic as bitmap file", kSaveFilter, session_.preferences.lastPpmDir,
+                      ProposedBitmapName()};
+  request.forSaving = true;
+  request.filterIndex = &type;
+  const auto paths = frontEnd_.ChooseFiles(request);
+  if (paths.empty()) return;
+  session_.preferences.bitmapSaveType = type;
+  session_.preferences.lastPpmDir = SplitPath(paths.front()).folder;
+  SaveBitmapAs(paths.front(), type);
+}
+
+void Editor::SavePpm() {
+  FileRequest request{"Save subpic as PPM file", "ppm Files (*.ppm)|*.ppm||",
+                      session_.preferences.lastPpmDir, ProposedBitmapName()};
+  request.forSaving = true;
+  const auto paths = frontEnd_.ChooseFiles(request);
+  if (paths.empty()) return;
+  session_.preferences.lastPpmDir = SplitPath(paths.front()).folder;
+  SaveBitmapAs(paths.front(), kSavePpm);
+}
+
+void Editor::SaveBitmapAs(const std::string& path, int type) {
+  SubpictureUnit& unit = *selection_.Current();
+  const TypeColours colours = ExchangeColoursOfCurrent();
+  const SpuContext context = document_.Context();
+  const BmpDepth depth = type == kSave4Bit ? BmpDepth::k4Bit : BmpDepth::k24Bit;
+  const Result saved = type == kSavePpm
+                           ? ExportPpm(unit, path, {}, colours, session_.files, context)
+                           : ExportBmp(unit, path, depth, colours, session_.files, context);
+  if (Failed(saved)) session_.reporter.ReportError(kSaveFailed);
+}
+
+void Editor::ReplaceBitmap() {
+  const auto paths =
+      frontEnd_.ChooseFiles({"Load replacement bitmap (.bmp) file", "bmp Files (*.bmp)|*.bmp||",
+                             session_.preferences.lastPpmDir, ProposedBitmapName()});
+  if (paths.empty()) return;
+  session_.preferences.lastPpmDir = SplitPath(paths.front()).folder;
+  ImportBitmap(paths.front(), ExchangeColoursOfCurrent());
+}
+
+void Editor::ImportBitmap(const std::string& path, const TypeColours& colours) {
+  (void)ImportBmp(*selection_.Current(), path, colours, session_.files, document_.Context());
+  UpdateView();
+}
+
+void Editor::EditBitmap() {
+  const Preferences& preferences = session_.preferences;
+  if (preferences.bitmapToolPath.empty()) {
+    session_.reporter.ReportError(
+        "You haven't indicated which tool to use to edit the subpic bitmap\n"
+        "I will open the preference dialog to let you do that");
+    frontEnd_.ShowPreferences();
+  }
+  if (preferences.bitmapToolPath.empty()) return;
+  const std::string path = JoinPath(EnvironmentVariable("TEMP").value_or(""), kTemporaryBitmap);
+  const TypeColours colours = ExchangeColoursOfCurrent();
+  const BmpDepth depth = preferences.editBitmapAs24Bit > 0 ? BmpDepth::k24Bit : BmpDepth::k4Bit;
+  if (Failed(ExportBmp(*selection_.Current(), path, depth, colours, session_.files,
+                       document_.Context()))) {
+    session_.reporter.ReportError(kSaveFailed);
+    return;
+  }
+  const UnitPointer unit = selection_.Current();
+  if (!frontEnd_.RunProgram(preferences.bitmapToolPath, preferences.bitmapToolArguments, path)) {
+    session_.reporter.ReportError(Format("Couldn't start %s", preferences.bitmapToolPath.c_str()));
+    return;
+  }
+  if (selection_.Current() == unit) ImportBitmap(path, colours);
+}
+
+}  // namespace quillomar

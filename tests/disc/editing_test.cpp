@@ -1,0 +1,309 @@
+// Edits on authored discs: what was asked is what FFmpeg shows after saving.
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "bitmap/shown_bitmap.h"
+#include "disc/ffmpeg_subtitles.h"
+#include "disc/open_disc.h"
+#include "editor/unit_edits.h"
+#include "spu/colour_edit.h"
+#include "spu/parse.h"
+#include "spu/run_length.h"
+#include "support/disc_copy.h"
+
+namespace quillomar {
+namespace {
+
+using test::Cli;
+using test::DiscCopy;
+using test::FfmpegSubtitle;
+using test::FileBytes;
+using test::OpenEditor;
+
+// How many screen pixels FFmpeg shows otherwise than the unit's first sequence says.
+int DifferingPixels(SubpictureUnit& unit, const FfmpegSubtitle& other, const SpuContext& context) {
+  (void)SelectControlSequence(unit, 0);
+  if (Failed(NeedBitmap(unit, context))) return -1;
+  const ShownBitmap shown = FindShownBitmap(unit);
+  const PixelTypeValues alphas = unit.currentAlphas.value_or(PixelTypeValues{});
+  int differing = 0;
+  for (int y = 0; y < FrameHeight(context.standard); ++y) {
+    for (int x = 0; x < kPictureWidth; ++x) {
+      const auto typeAt = [x, y](int left, int top, int width, int height, auto pixels) {
+        const bool inside = x >= left && x < left + width && y >= top && y < top + height;
+        if (!inside) return -1;
+        return static_cast<int>(pixels[static_cast<std::size_t>((y - top) * width + x - left)]);
+      };
+      const int ours = typeAt(shown.x, shown.y, shown.width, shown.height, shown.pixels);
+      const int theirs =
+          typeAt(other.x, other.y, other.width, other.height, std::span(other.types));
+      const bool visible = ours >= 0 && alphas.at(static_cast<std::size_t>(ours)) > 0;
+      const bool theirsVisible =
+          theirs >= 0 && other.alphas.at(static_cast<std::size_t>(theirs)) > 0;
+      if (visible != theirsVisible || (visible && ours != theirs)) ++differing;
+    }
+  }
+  return differing;
+}
+
+class EditedDisc : public testing::TestWithParam<const char*> {
+ protected:
+  void SetUp() override {
+    if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS is not set";
+    disc = std::make_unique<DiscCopy>(GetParam());
+    vobs = disc->TitleVobs();
+    before = test::ReadWithFfmpeg(vobs);
+  }
+
+  // Sets on all subpictures, saves, and gives FFmpeg's reading.
+  std::vector<FfmpegSubtitle> Set(std::vector<std::string> edits) {
+    edits.insert(edits.begin(), {"set", "--yes"});
+    const auto outcome = Cli(edits, vobs);
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    const auto after = test::ReadWithFfmpeg(vobs);
+    EXPECT_EQ(after.size(), before.size());
+    return after;
+  }
+
+  [[nodiscard]] bool IsPalDisc() const { return std::string(GetParam()) == "pal"; }
+
+  std::unique_ptr<DiscCopy> disc;
+  std::vector<std::string> vobs;
+  std::vector<FfmpegSubtitle> before;
+};
+
+// Type of a screen pixel that can be seen; -1 for any other.
+int VisibleType(const FfmpegSubtitle& subtitle, int x, int y) {
+  const int column = x - subtitle.x;
+  const int row = y - subtitle.y;
+  if (column < 0 || column >= subtitle.width || row < 0 || row >= subtitle.height) return -1;
+  const auto index = static_cast<std::size_t>(row) * static_cast<std::size_t>(subtitle.width) +
+                     static_cast<std::size_t>(column);
+  const int type = subtitle.types.at(index);
+  return subtitle.alphas.at(static_cast<std::size_t>(type)) > 0 ? type : -1;
+}
+
+// An odd move swaps the fields and costs the bitmap's first row.
+void ExpectMoved(const FfmpegSubtitle& after, const FfmpegSubtitle& before, int right, int up) {
+  const int firstRow = before.y + (up % 2 == 0 ? 0 : 1);
+  int differing = 0;
+  for (int y = firstRow; y < before.y + before.height; ++y) {
+    for (int x = before.x; x < before.x + before.width; ++x) {
+      if (VisibleType(after, x + right, y - up) != VisibleType(before, x, y)) ++differing;
+    }
+  }
+  EXPECT_EQ(differing, 0);
+  EXPECT_GE(after.y, before.y - up);
+  EXPECT_GE(after.x, before.x + right);
+  EXPECT_LE(after.width, before.width);
+  EXPECT_LE(after.height, before.height);
+  EXPECT_EQ(after.pts, before.pts);
+  EXPECT_EQ(after.endMs, before.endMs);
+}
+
+TEST_P(EditedDisc, MovesShiftThePictureByWhatWasAsked) {
+  for (const int up : {1, -1, 2, -2, 3, -3, 0}) {
+    const int right = 3 * up;
+    const auto after = Set({"--move-y", std::to_string(up), "--move-x", std::to_string(right)});
+    for (std::size_t i = 0; i < after.size(); ++i) {
+      SCOPED_TRACE(std::to_string(up) + " up, subpicture " + std::to_string(i + 1));
+      ExpectMoved(after[i], before[i], right, up);
+    }
+    // Each run opens the disc anew, so the next one starts from where this one left it.
+    before = after;
+  }
+}
+
+// FFmpeg leaves the transparent edges of forced units uncut.
+bool HasVisiblePixel(const FfmpegSubtitle& subtitle, int y) {
+  for (int x = subtitle.x; x < subtitle.x + subtitle.width; ++x) {
+    if (VisibleType(subtitle, x, y) >= 0) return true;
+  }
+  return false;
+}
+
+TEST_P(EditedDisc, BordersKeepThePictureBetweenThem) {
+  constexpr int kBorder = 100;
+  const int frame = IsPalDisc() ? 576 : 480;
+  for (const FfmpegSubtitle& subtitle : Set({"--border", std::to_string(kBorder)})) {
+    for (int y = 0; y < kBorder; ++y) EXPECT_FALSE(HasVisiblePixel(subtitle, y));
+    for (int y = frame - kBorder + 1; y < frame; ++y) EXPECT_FALSE(HasVisiblePixel(subtitle, y));
+  }
+  constexpr int kFlushBorder = 20;
+  const auto flush =
+      Set({"--border", std::to_string(kFlushBorder), "--flush", "--numbers", "1"}).front();
+  EXPECT_TRUE(HasVisiblePixel(flush, frame - kFlushBorder));
+  EXPECT_FALSE(HasVisiblePixel(flush, frame - kFlushBorder + 1));
+}
+
+TEST_P(EditedDisc, TimesAreWhatWasSet) {
+  const auto longer = Set({"--duration", "1480"});
+  const double frameMs = IsPalDisc() ? 40.0 : 33.366665;
+  const double expected = std::round(1480 / frameMs) * frameMs;
+  for (const FfmpegSubtitle& subtitle : longer) {
+    ASSERT_TRUE(subtitle.hasEnd);
+    // A delay counts units of 11.4 ms, truncated.
+    EXPECT_LE(subtitle.endMs, expected + 1);
+    EXPECT_GT(subtitle.endMs, expected - 13);
+  }
+  for (const FfmpegSubtitle& subtitle : Set({"--infinite", "--start", "forced"})) {
+    EXPECT_FALSE(subtitle.hasEnd);
+    EXPECT_TRUE(subtitle.forced);
+  }
+  for (const FfmpegSubtitle& subtitle : Set({"--stop", "--start", "normal"})) {
+    EXPECT_TRUE(subtitle.hasEnd);
+    EXPECT_FALSE(subtitle.forced);
+  }
+}
+
+TEST_P(EditedDisc, AFadeGoesAsItCame) {
+  OpenEditor editor(vobs);
+  std::vector<Bytes> found;
+  for (const std::string& path : vobs) found.push_back(FileBytes(path));
+  // A fade needs two sequences and a second of time.
+  UnitEdits fade;
+  fade.fade = FadeEdit::kAdd;
+  std::string numbers;
+  for (const UnitPointer& unit : editor->Doc().Units()) {
+    std::string refusal;
+    const SpuState state = unit->state;
+    if (Failed(ApplyEdits(*unit, fade, {}, editor->Doc().Context(), refusal))) {
+      EXPECT_TRUE(unit->state == state);
+      continue;
+    }
+    if (!numbers.empty()) numbers += ',';
+    numbers += std::to_string(unit->number);
+  }
+  editor->Run(CommandId::kSaveAll);
+  ASSERT_FALSE(editor->Doc().Modified());
+  ASSERT_NE(numbers.find(','), std::string::npos);
+  editor->CloseFiles();
+  // FFmpeg shows the first sequence, in which a faded unit is clear; the others are as they were.
+  EXPECT_LT(test::ReadWithFfmpeg(vobs).size(), before.size());
+  EXPECT_EQ(Cli({"set", "--yes", "--fade", "remove", "--numbers", numbers}, vobs).exitCode, 0);
+  for (std::size_t i = 0; i < vobs.size(); ++i) EXPECT_EQ(FileBytes(vobs[i]), found[i]);
+}
+
+TEST_P(EditedDisc, HidingAndCroppingKeepTheRest) {
+  const auto cropped = Set({"--crop"});
+  for (std::size_t i = 0; i < cropped.size(); ++i) {
+    EXPECT_EQ(cropped[i].types, before[i].types);
+    EXPECT_EQ(cropped[i].x, before[i].x);
+    EXPECT_EQ(cropped[i].y, before[i].y);
+  }
+  // FFmpeg leaves out what cannot be seen.
+  ASSERT_EQ(Cli({"set", "--yes", "--hide", "--numbers", "2"}, vobs).exitCode, 0);
+  EXPECT_EQ(test::ReadWithFfmpeg(vobs).size(), before.size() - 1);
+  OpenEditor editor(vobs);
+  EXPECT_EQ(editor->Doc().Units()[1]->currentAlphas, PixelTypeValues{});
+  EXPECT_NE(editor->Doc().Units()[0]->currentAlphas, PixelTypeValues{});
+}
+
+UnitEdits RandomEdit(std::mt19937& random) {
+  const auto number = [&random](int low, int high) {
+    return std::uniform_int_distribution<int>(low, high)(random);
+  };
+  UnitEdits edits;
+  switch (number(0, 9)) {
+    case 0:
+      edits.moveUp = number(-600, 600);
+      break;
+    case 1:
+      edits.moveUp = number(-4, 4);
+      break;
+    case 2:
+      edits.moveRight = number(-100, 100);
+      break;
+    case 3:
+      edits.border = number(0, 120);
+      edits.flush = number(0, 1) == 1;
+      break;
+    case 4:
+      edits.crop = true;
+      break;
+    case 5:
+      edits.fade = number(0, 1) == 0 ? FadeEdit::kAdd : FadeEdit::kRemove;
+      break;
+    case 6:
+      edits.durationMs = number(0, 20000);
+      break;
+    case 7:
+      edits.end = number(0, 1) == 0 ? EndEdit::kAddStop : EndEdit::kInfinite;
+      break;
+    case 8:
+      edits.forcedStart = number(0, 1) == 1;
+      break;
+    default:
+      edits.colours.push_back({number(0, 5), number(0, 15)});
+      edits.alphas.push_back({number(0, 5), number(0, 15)});
+  }
+  return edits;
+}
+
+void ExpectSound(const SubpictureUnit& unit, int room, const SpuContext& context) {
+  const SpuState& state = unit.state;
+  EXPECT_EQ(state.TotalSize() + state.freeRoom, room);
+  EXPECT_GE(state.freeRoom, 0);
+  EXPECT_LT(state.topOffset, state.TotalSize());
+  EXPECT_LT(state.bottomOffset, state.TotalSize());
+  EXPECT_LT(state.area.ex, kPictureWidth);
+  SubpictureUnit again;
+  again.complete = true;
+  again.state.bytes = state.bytes;
+  ASSERT_EQ(ParseControlSequences(again, 0, 0, context), Result::kDone);
+  EXPECT_EQ(again.state.sequences, state.sequences);
+  EXPECT_EQ(again.state.area, state.area);
+}
+
+TEST_P(EditedDisc, AnySeriesOfEditsLeavesSoundUnits) {
+  constexpr unsigned kSeed = 20261121;
+  constexpr int kEditsEach = 16;
+  OpenEditor editor(vobs);
+  const SpuContext context = editor->Doc().Context();
+  std::mt19937 random(kSeed);
+  int done = 0;
+  for (const UnitPointer& unit : editor->Doc().Units()) {
+    const int room = unit->state.TotalSize() + unit->state.freeRoom;
+    for (int i = 0; i < kEditsEach; ++i) {
+      SCOPED_TRACE("subpicture " + std::to_string(unit->number) + ", edit " + std::to_string(i));
+      const UnitEdits edits = RandomEdit(random);
+      const Bytes bytes = unit->state.bytes;
+      std::string refusal;
+      if (Failed(ApplyEdits(*unit, edits, {}, context, refusal))) {
+        EXPECT_EQ(unit->state.bytes, bytes);
+        EXPECT_FALSE(refusal.empty());
+      } else {
+        ++done;
+      }
+      ExpectSound(*unit, room, context);
+      EXPECT_EQ(DifferingPixels(*unit, test::DecodeWithFfmpeg(unit->state.bytes), context), 0);
+      if (HasFailure()) return;
+    }
+  }
+  EXPECT_GT(done, 300);
+
+  // What was edited is what is on the disc.
+  std::vector<FfmpegSubtitle> edited;
+  for (const UnitPointer& unit : editor->Doc().Units()) {
+    edited.push_back(test::DecodeWithFfmpeg(unit->state.bytes));
+  }
+  editor->Run(CommandId::kSaveAll);
+  ASSERT_FALSE(editor->Doc().Modified());
+  OpenEditor again(vobs);
+  const UnitList units = again->Doc().Units();
+  ASSERT_EQ(units.size(), edited.size());
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    SCOPED_TRACE("subpicture " + std::to_string(i + 1));
+    EXPECT_EQ(DifferingPixels(*units[i], edited[i], context), 0);
+    EXPECT_EQ(DifferingPixels(*units[i], test::DecodeWithFfmpeg(units[i]->state.bytes), context),
+              0);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Discs, EditedDisc, testing::Values("ntsc", "pal"),
+                         [](const auto& instance) { return std::string(instance.param); });
+
+}  // namespace
+}  // namespace quillomar
