@@ -25,7 +25,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {kSaveFrame, "saveFrame", Menu::kFile, "Save current video frame as .BMP", "", kIdleWithSet, kNotBuilt},
     {kReplaceBitmap, "replaceBitmap", Menu::kFile, "Replace current subpic with .BMP file", "", kIdleWithUnit, &Editor::ReplaceBitmap},
     {kEditBitmap, "editBitmap", Menu::kFile, "Edit subpic bitmap with external tool\t(Ctrl-Shift-E)", "Ctrl+Shift+E", kIdleWithUnit, &Editor::EditBitmap},
-    {kPreferences, "preferences", Menu::kFile, "Preferences", "", kIdle, kNotBuilt, true},
+    {kPreferences, "preferences", Menu::kFile, "Preferences", "", kIdle, &Editor::ShowPreferences, true},
     {kExit, "exit", Menu::kFile, "Exit", "", kAlways, &Editor::Exit, true},
 
     {kApplyLast, "applyLast", Menu::kEdit, "Apply last modifications \t(Ctrl-V)", "Ctrl+V", kIdleWithUnit, kNotBuilt},

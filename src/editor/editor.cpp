@@ -109,6 +109,11 @@ void Editor::Redraw() {
   UpdateView();
 }
 
+void Editor::ShowPreferences() {
+  frontEnd_.ShowPreferences();
+  UpdateView();
+}
+
 void Editor::Abort() {
   if (busy_) session_.job.abortRequested = true;
 }

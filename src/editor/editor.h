@@ -101,6 +101,7 @@ class Editor {
   void EditBitmap();
   void CropCurrent();
   void HideCurrent();
+  void ShowPreferences();
   void ReloadCurrent();
   void Abort();
   void Exit();

@@ -1,9 +1,11 @@
 #include "ui/dialogs.h"
 
+#include <QApplication>
 #include <QColorDialog>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QUrl>
 
@@ -21,54 +23,90 @@ std::vector<std::string> ToPaths(const QStringList& names) {
   return paths;
 }
 
+// An existing file is asked about; a name without an extension gets that of the chosen type.
+void PrepareForSaving(QFileDialog& dialog) {
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  const auto addExtension = [&dialog](const QString& filter) {
+    dialog.setDefaultSuffix(SuffixOf(filter));
+  };
+  addExtension(dialog.selectedNameFilter());
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, addExtension);
+}
+
 }  // namespace
 
+QWidget* QtDialogs::Owner() const {
+  QWidget* const open = QApplication::activeModalWidget();
+  return open != nullptr ? open : parent_;
+}
+
 int QtDialogs::ShowError(const std::string& text) {
-  return QMessageBox::critical(parent_, kProgram, QString::fromStdString(text));
+  return QMessageBox::critical(Owner(), kProgram, QString::fromStdString(text));
 }
 
 void QtDialogs::ShowMessage(const std::string& text) {
   QMessageBox box(QMessageBox::NoIcon, kProgram, QString::fromStdString(text), QMessageBox::Ok,
-                  parent_);
+                  Owner());
   box.exec();
 }
 
 bool QtDialogs::AskYesNo(const std::string& question) {
-  return QMessageBox::question(parent_, kProgram, QString::fromStdString(question),
+  return QMessageBox::question(Owner(), kProgram, QString::fromStdString(question),
                                QMessageBox::Yes | QMessageBox::No,
                                QMessageBox::No) == QMessageBox::Yes;
 }
 
 bool QtDialogs::AskOkCancel(const std::string& question) {
-  return QMessageBox::warning(parent_, kProgram, QString::fromStdString(question),
+  return QMessageBox::warning(Owner(), kProgram, QString::fromStdString(question),
                               QMessageBox::Ok | QMessageBox::Cancel,
                               QMessageBox::Ok) == QMessageBox::Ok;
 }
 
 void QtDialogs::ShowAbout() {
-  QMessageBox::about(parent_, "About Quillomar", AboutText());
+  QMessageBox::about(Owner(), "About Quillomar", AboutText());
 }
 
 // The dialog is Qt's own on every desktop: its filters find "VTS_01_1.VOB" under "*.vob".
 std::vector<std::string> QtDialogs::ChooseFiles(const FileRequest& request) {
-  QFileDialog dialog(parent_, QString::fromStdString(request.title),
+  QFileDialog dialog(Owner(), QString::fromStdString(request.title),
                      QString::fromStdString(request.folder));
   dialog.setOption(QFileDialog::DontUseNativeDialog);
-  dialog.setNameFilters(NameFilters(request.filter));
+  const QStringList filters = NameFilters(request.filter);
+  dialog.setNameFilters(filters);
+  if (request.filterIndex != nullptr) dialog.selectNameFilter(filters.value(*request.filterIndex));
   dialog.selectFile(QString::fromStdString(request.name));
   if (request.forSaving) {
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    PrepareForSaving(dialog);
   } else {
     dialog.setFileMode(request.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
   }
-  return dialog.exec() == QDialog::Accepted ? ToPaths(dialog.selectedFiles())
-                                            : std::vector<std::string>();
+  if (dialog.exec() != QDialog::Accepted) return {};
+  if (request.filterIndex != nullptr) {
+    *request.filterIndex = static_cast<int>(filters.indexOf(dialog.selectedNameFilter()));
+  }
+  return ToPaths(dialog.selectedFiles());
+}
+
+std::optional<int> QtDialogs::ChooseItem(const std::string& title,
+                                         const std::vector<std::string>& items) {
+  QStringList texts;
+  for (const std::string& item : items) texts.append(QString::fromStdString(item));
+  bool accepted = false;
+  const QString chosen = QInputDialog::getItem(Owner(), kProgram, QString::fromStdString(title),
+                                               texts, 0, false, &accepted);
+  if (!accepted) return std::nullopt;
+  return static_cast<int>(texts.indexOf(chosen));
 }
 
 std::optional<Rgb> QtDialogs::ChooseColour(const std::string& title, Rgb start) {
-  const QColor chosen = QColorDialog::getColor(QColor(start.r, start.g, start.b), parent_,
-                                               QString::fromStdString(title));
-  if (!chosen.isValid()) return std::nullopt;
+  if (!colours_) {
+    colours_ = new QColorDialog(parent_);
+    colours_->setOption(QColorDialog::DontUseNativeDialog);
+  }
+  colours_->setWindowTitle(QString::fromStdString(title));
+  colours_->setCurrentColor(QColor(start.r, start.g, start.b));
+  if (colours_->exec() != QDialog::Accepted) return std::nullopt;
+  const QColor chosen = colours_->selectedColor();
   return Rgb{static_cast<std::uint8_t>(chosen.red()), static_cast<std::uint8_t>(chosen.green()),
              static_cast<std::uint8_t>(chosen.blue())};
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <optional>
 #include <string>
 #include <vector>
@@ -7,6 +8,7 @@
 #include "dvd/clut.h"
 #include "editor/front_end.h"
 
+class QColorDialog;
 class QWidget;
 
 namespace quillomar {
@@ -25,6 +27,8 @@ class Dialogs {
   virtual void ShowAbout() = 0;
   // As FrontEnd has them.
   virtual std::vector<std::string> ChooseFiles(const FileRequest& request) = 0;
+  virtual std::optional<int> ChooseItem(const std::string& title,
+                                        const std::vector<std::string>& items) = 0;
   virtual std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) = 0;
   virtual bool OpenDocument(const std::string& pathOrUrl) = 0;
 };
@@ -41,11 +45,17 @@ class QtDialogs final : public Dialogs {
   bool AskOkCancel(const std::string& question) override;
   void ShowAbout() override;
   std::vector<std::string> ChooseFiles(const FileRequest& request) override;
+  std::optional<int> ChooseItem(const std::string& title,
+                                const std::vector<std::string>& items) override;
   std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) override;
   bool OpenDocument(const std::string& pathOrUrl) override;
 
  private:
+  // What a dialog belongs to: the one that is open, else the window.
+  [[nodiscard]] QWidget* Owner() const;
+
   QWidget* parent_ = nullptr;
+  QPointer<QColorDialog> colours_;  // made once, so that it keeps the user's own colours
 };
 
 }  // namespace quillomar

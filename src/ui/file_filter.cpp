@@ -15,4 +15,8 @@ QStringList NameFilters(std::string_view filters) {
   return result;
 }
 
+QString SuffixOf(const QString& filter) {
+  return filter.section("(*.", -1).section(')', 0, 0);
+}
+
 }  // namespace quillomar

@@ -10,4 +10,7 @@ namespace quillomar {
 // pattern gets it added in parentheses.
 [[nodiscard]] QStringList NameFilters(std::string_view filters);
 
+// Extension, without its dot, of a filter's pattern: "vob" of "VOB Files (*.vob)".
+[[nodiscard]] QString SuffixOf(const QString& filter);
+
 }  // namespace quillomar

@@ -34,7 +34,8 @@ KeyFilter::KeyFilter(Editor& editor, QObject* parent) : QObject(parent), editor_
 
 bool KeyFilter::Watches(const QObject* receiver) const {
   const auto* const widget = qobject_cast<const QWidget*>(receiver);
-  if (widget == nullptr || QApplication::activePopupWidget() != nullptr ||
+  if (widget == nullptr || !widget->window()->isEnabled() ||
+      QApplication::activePopupWidget() != nullptr ||
       QApplication::activeModalWidget() != nullptr || IsFreeTextBox(QApplication::focusWidget())) {
     return false;
   }

@@ -24,7 +24,7 @@ ListNavigator::ListNavigator(Editor& editor, QWidget* parent)
       number_(new QSpinBox(this)),
       count_(new QLabel(this)) {
   NameControls();
-  auto* const label = new QLabel("Su&bpic:", this);
+  auto* const label = new QLabel("Sub&pic:", this);
   label->setBuddy(number_);
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

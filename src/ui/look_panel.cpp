@@ -15,6 +15,10 @@
 namespace quillomar {
 namespace {
 
+enum Column { kLetterColumn, kSwatchColumn, kGapColumn, kLabelColumn, kChoiceColumn };
+enum Row { kPixelsRow, kScaleRow, kSliderRow, kClutRow };
+
+constexpr int kGap = 4;
 constexpr int kOpaque = 15;
 // "All" of the pixel choice, as the transparency edit takes it; the pixel types follow it in the
 // list.
@@ -36,12 +40,13 @@ LookPanel::LookPanel(Editor& editor, QWidget* parent)
       pixels_(new QComboBox(this)),
       slider_(new QSlider(Qt::Horizontal, this)),
       value_(new QLabel(this)),
+      cluts_(new QComboBox(this)),
       popup_(new ClutPopup(this)) {
   setObjectName("lookPanel");
   auto* const layout = new QGridLayout(this);
   for (int type = 0; type < kPixelTypes; ++type) AddPixelType(*layout, type);
-  MakeEquallyWide();
   AddTransparency(*layout);
+  AddClutChoice(*layout);
   connect(popup_, &ClutPopup::Chosen, this,
           [this](int entry) { editor_.SetColour(pickedType_, entry); });
 }
@@ -58,17 +63,10 @@ void LookPanel::AddPixelType(QGridLayout& layout, int type) {
   auto* const swatch = new SwatchButton(this);
   NameControl(*swatch, QString("swatch%1").arg(type), "Color of " + letter, {});
   connect(swatch, &SwatchButton::Picked, this, [this, type](bool edit) { PickColour(type, edit); });
-  layout.addWidget(button, 0, type);
-  layout.addWidget(swatch, 1, type);
-  layout.setColumnStretch(type, 1);
+  layout.addWidget(button, type, kLetterColumn);
+  layout.addWidget(swatch, type, kSwatchColumn);
   letters_[index] = button;
   swatches_[index] = swatch;
-}
-
-void LookPanel::MakeEquallyWide() {
-  int width = 0;
-  for (const QToolButton* const letter : letters_) width = qMax(width, letter->sizeHint().width());
-  for (QToolButton* const letter : letters_) letter->setMinimumWidth(width);
 }
 
 void LookPanel::AddTransparency(QGridLayout& layout) {
@@ -90,24 +88,39 @@ void LookPanel::AddTransparency(QGridLayout& layout) {
   value_->setObjectName("transparencyValue");
   value_->setMinimumWidth(value_->fontMetrics().horizontalAdvance("00"));
   value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  auto* const choice = new QHBoxLayout;
-  choice->addWidget(pixelsLabel);
-  choice->addWidget(pixels_, 1);
   auto* const sliderRow = new QHBoxLayout;
   sliderRow->addWidget(slider_, 1);
   sliderRow->addWidget(value_);
-  layout.addLayout(choice, 2, 0, 2, 2);
-  layout.addWidget(scale, 2, 2, 1, 2);
-  layout.addLayout(sliderRow, 3, 2, 1, 2);
+  layout.addWidget(pixelsLabel, kPixelsRow, kLabelColumn);
+  layout.addWidget(pixels_, kPixelsRow, kChoiceColumn);
+  layout.addWidget(scale, kScaleRow, kLabelColumn, 1, 2);
+  layout.addLayout(sliderRow, kSliderRow, kLabelColumn, 1, 2);
+  layout.setColumnMinimumWidth(kGapColumn, kGap);
+  layout.setColumnStretch(kChoiceColumn, 1);
   connect(slider_, &QSlider::valueChanged, this, &LookPanel::ChangeTransparency);
   connect(pixels_, &QComboBox::currentIndexChanged, this,
           [this] { ShowTransparency(editor_.CurrentView()); });
+}
+
+void LookPanel::AddClutChoice(QGridLayout& layout) {
+  auto* const label = new QLabel("C&LUT:", this);
+  label->setBuddy(cluts_);
+  cluts_->addItems({"IFO CLUT", "Automatic CLUT"});
+  NameControl(*cluts_, "clutChoice", "Colors to show",
+              "Use CLUT found in IFO, or use custom CLUT adjusted to best show text");
+  connect(cluts_, &QComboBox::currentIndexChanged, this,
+          [this](int entry) { editor_.UseAutomaticClut(entry != 0); });
+  layout.addWidget(label, kClutRow, kLabelColumn);
+  layout.addWidget(cluts_, kClutRow, kChoiceColumn);
 }
 
 void LookPanel::Show(const View& view, bool busy) {
   changeable_ = view.canEdit && !busy;
   for (std::size_t type = 0; type < kPixelTypes; ++type) ShowPixelType(view, type);
   ShowTransparency(view);
+  const QSignalBlocker blocker(cluts_);
+  cluts_->setCurrentIndex(view.hasUnit && (view.automaticClut || !view.clut) ? 1 : 0);
+  cluts_->setEnabled(view.clut.has_value() && !busy);
 }
 
 void LookPanel::ShowPixelType(const View& view, std::size_t type) {

@@ -17,7 +17,7 @@ class ClutPopup;
 class Editor;
 class SwatchButton;
 
-// Colours of the four pixel types and their transparency.
+// Colours of the four pixel types, where they come from, and their transparency.
 class LookPanel final : public QGroupBox {
   Q_OBJECT
 
@@ -29,8 +29,8 @@ class LookPanel final : public QGroupBox {
 
  private:
   void AddPixelType(QGridLayout& layout, int type);
-  void MakeEquallyWide();
   void AddTransparency(QGridLayout& layout);
+  void AddClutChoice(QGridLayout& layout);
   void ShowPixelType(const View& view, std::size_t type);
   void ShowTransparency(const View& view);
   void PickColour(int type, bool edit);
@@ -43,6 +43,7 @@ class LookPanel final : public QGroupBox {
   QComboBox* pixels_;
   QSlider* slider_;
   QLabel* value_;
+  QComboBox* cluts_;
   ClutPopup* popup_;
   int pickedType_ = 0;  // whose colour the popup chooses
 };

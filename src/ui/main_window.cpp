@@ -3,6 +3,7 @@
 #include <QBoxLayout>
 #include <QCloseEvent>
 #include <QDropEvent>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
@@ -20,9 +21,12 @@
 #include "ui/look_panel.h"
 #include "ui/menu_builder.h"
 #include "ui/picture_view.h"
+#include "ui/place_panel.h"
+#include "ui/preferences_dialog.h"
 #include "ui/progress_window.h"
 #include "ui/qt_front_end.h"
 #include "ui/selector_panel.h"
+#include "ui/time_panel.h"
 
 namespace quillomar {
 namespace {
@@ -59,6 +63,9 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
       selectors_(new SelectorPanel(editor, this)),
       info_(new InfoPane(this)),
       look_(new LookPanel(editor, this)),
+      place_(new PlacePanel(editor, this)),
+      time_(new TimePanel(editor, this)),
+      preferences_(new PreferencesDialog(editor.Context(), frontEnd, this)),
       keys_(new KeyFilter(editor, this)),
       progress_(new ProgressWindow(this)) {
   setObjectName("mainWindow");
@@ -101,25 +108,28 @@ QWidget* MainWindow::MakeTextSide() {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(selectors_);
   layout->addWidget(info_, 1);
+  layout->addLayout(MakeButtons());
   return side;
 }
 
-// Groups stand side by side from the left; the room after them takes the stretch.
-QWidget* MainWindow::MakeEditStrip() {
+QHBoxLayout* MainWindow::MakeButtons() {
   reload_ = MakeCommandButton(CommandId::kReloadUnit, "&Reload subpic", "reloadSubpicture",
                               "Reloads this subpic from disk");
   save_ = MakeCommandButton(CommandId::kSaveAll, "Save &all", "saveAllButton",
                             "Saves all the changes back to file.");
-  auto* const buttons = new QVBoxLayout;
-  buttons->addStretch(1);
+  auto* const buttons = new QHBoxLayout;
   buttons->addWidget(reload_);
   buttons->addWidget(save_);
+  return buttons;
+}
+
+QWidget* MainWindow::MakeEditStrip() {
   auto* const strip = new QWidget(this);
   auto* const layout = new QHBoxLayout(strip);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(look_);
-  layout->addStretch(1);
-  layout->addLayout(buttons);
+  layout->addWidget(look_, 1);
+  layout->addWidget(place_, 1);
+  layout->addWidget(time_, 1);
   strip->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   return strip;
 }
@@ -149,6 +159,10 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
   connect(&frontEnd, &QtFrontEnd::JobBegan, this, &MainWindow::BeginJob);
   connect(&frontEnd, &QtFrontEnd::JobOver, this, &MainWindow::EndJob);
   connect(&frontEnd, &QtFrontEnd::CloseRequested, this, &MainWindow::close);
+  connect(&frontEnd, &QtFrontEnd::PreferencesRequested, preferences_, &PreferencesDialog::exec);
+  connect(&frontEnd, &QtFrontEnd::ToolStarted, this, &MainWindow::WaitForTool);
+  connect(&frontEnd, &QtFrontEnd::ToolEnded, this, &MainWindow::GoOnAfterTool);
+  connect(preferences_, &PreferencesDialog::BackgroundChanged, this, &MainWindow::Refresh);
   connect(progress_, &ProgressWindow::AbortRequested, this,
           [this] { editor_.Run(CommandId::kAbort); });
 }
@@ -163,6 +177,8 @@ void MainWindow::Refresh() {
   selectors_->Show(view, editor_.Busy());
   info_->ShowRtf(view.infoRtf);
   look_->Show(view, editor_.Busy());
+  place_->Show(view, editor_.Busy());
+  time_->Show(view, editor_.Busy());
   reload_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kReloadUnit)));
   save_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kSaveAll)));
   menus_->Update();
@@ -210,8 +226,22 @@ void MainWindow::Tick() {
                           session.job.percent);
 }
 
+// The window still paints itself and answers the desktop, but takes nothing from the user.
+void MainWindow::WaitForTool(const QString& program) {
+  focusBeforeTool_ = focusWidget();
+  setEnabled(false);
+  listStatus_->setText("Waiting for the end of " + QFileInfo(program).fileName());
+}
+
+void MainWindow::GoOnAfterTool() {
+  setEnabled(true);
+  if (focusBeforeTool_) focusBeforeTool_->setFocus();
+  ShowStatus();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
+  if (!isEnabled()) return;
   if (editor_.Busy()) {
     closeAfterJob_ = true;
     editor_.Run(CommandId::kAbort);
@@ -224,7 +254,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!editor_.Busy() && event->mimeData()->hasUrls()) event->acceptProposedAction();
+  if (isEnabled() && !editor_.Busy() && event->mimeData()->hasUrls()) event->acceptProposedAction();
 }
 
 // What follows may ask questions; the program that the files come from must not wait for that.

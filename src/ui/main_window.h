@@ -7,6 +7,7 @@
 
 #include "editor/command_table.h"
 
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QSplitter;
@@ -20,9 +21,12 @@ class KeyFilter;
 class ListNavigator;
 class LookPanel;
 class PictureView;
+class PlacePanel;
+class PreferencesDialog;
 class ProgressWindow;
 class QtFrontEnd;
 class SelectorPanel;
+class TimePanel;
 
 // The editor's window.
 class MainWindow final : public QMainWindow {
@@ -44,6 +48,7 @@ class MainWindow final : public QMainWindow {
  private:
   [[nodiscard]] QWidget* MakePictureSide();
   [[nodiscard]] QWidget* MakeTextSide();
+  [[nodiscard]] QHBoxLayout* MakeButtons();
   [[nodiscard]] QWidget* MakeEditStrip();
   [[nodiscard]] QPushButton* MakeCommandButton(CommandId command, const QString& text,
                                                const QString& objectName, const QString& toolTip);
@@ -54,6 +59,8 @@ class MainWindow final : public QMainWindow {
   void BeginJob(const QString& title);
   void EndJob();
   void Tick();
+  void WaitForTool(const QString& program);
+  void GoOnAfterTool();
 
   Editor& editor_;
   std::function<void()> onClosing_;
@@ -62,6 +69,9 @@ class MainWindow final : public QMainWindow {
   SelectorPanel* selectors_;
   InfoPane* info_;
   LookPanel* look_;
+  PlacePanel* place_;
+  TimePanel* time_;
+  PreferencesDialog* preferences_;
   QPushButton* reload_ = nullptr;
   QPushButton* save_ = nullptr;
   QLabel* videoStatus_ = nullptr;
@@ -71,6 +81,7 @@ class MainWindow final : public QMainWindow {
   ProgressWindow* progress_;
   QTimer timer_;  // runs while a job does
   QPointer<QWidget> focusBeforeJob_;
+  QPointer<QWidget> focusBeforeTool_;
   bool closeAfterJob_ = false;
 };
 

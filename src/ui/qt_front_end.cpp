@@ -2,11 +2,13 @@
 
 #include <QFile>
 #include <QMetaObject>
+#include <QProcess>
 #include <QThread>
 #include <future>
 #include <memory>
 
 #include "ui/dialogs.h"
+#include "ui/external_tool.h"
 #include "ui/help_pages.h"
 
 namespace quillomar {
@@ -41,6 +43,21 @@ ReportingHooks QtFrontEnd::Hooks() {
 
 std::vector<std::string> QtFrontEnd::ChooseFiles(const FileRequest& request) {
   return dialogs_.ChooseFiles(request);
+}
+
+std::optional<int> QtFrontEnd::ChooseItem(const std::string& title,
+                                          const std::vector<std::string>& items) {
+  return dialogs_.ChooseItem(title, items);
+}
+
+bool QtFrontEnd::RunProgram(const std::string& program, const std::string& arguments,
+                            const std::string& file) {
+  const QString tool = QString::fromStdString(program);
+  emit ToolStarted(tool);
+  const bool ran = RunTool(tool, QProcess::splitCommand(QString::fromStdString(arguments)) +
+                                     QStringList(QString::fromStdString(file)));
+  emit ToolEnded();
+  return ran;
 }
 
 std::optional<Rgb> QtFrontEnd::ChooseColour(const std::string& title, Rgb start) {

@@ -22,10 +22,15 @@ class QtFrontEnd final : public QObject, public FrontEnd {
   [[nodiscard]] ReportingHooks Hooks();
 
   std::vector<std::string> ChooseFiles(const FileRequest& request) override;
+  std::optional<int> ChooseItem(const std::string& title,
+                                const std::vector<std::string>& items) override;
+  bool RunProgram(const std::string& program, const std::string& arguments,
+                  const std::string& file) override;
   std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) override;
   bool OpenDocument(const std::string& pathOrUrl) override;
   void ShowMessage(const std::string& text) override;
   void ShowAbout() override;
+  void ShowPreferences() override { emit PreferencesRequested(); }
   void ExtractManual(const std::string& path) override;
   std::string PageAddress(const std::string& page) override;
   void CloseWindow() override { emit CloseRequested(); }
@@ -37,6 +42,10 @@ class QtFrontEnd final : public QObject, public FrontEnd {
 
  signals:
   void CloseRequested();
+  void PreferencesRequested();
+  // Another program has the user's attention, from here to its end.
+  void ToolStarted(const QString& program);
+  void ToolEnded();
   void Changed();
   void JobBegan(const QString& title);
   void JobOver();

@@ -20,7 +20,13 @@ class StubDialogs final : public Dialogs {
   void ShowAbout() override { ++abouts; }
   std::vector<std::string> ChooseFiles(const FileRequest& request) override {
     requests.push_back(request);
+    if (request.filterIndex != nullptr) *request.filterIndex = filterIndex;
     return files;
+  }
+  std::optional<int> ChooseItem(const std::string& title,
+                                const std::vector<std::string>& /*items*/) override {
+    questions.push_back(title);
+    return item;
   }
   std::optional<Rgb> ChooseColour(const std::string& title, Rgb /*start*/) override {
     questions.push_back(title);
@@ -33,6 +39,8 @@ class StubDialogs final : public Dialogs {
 
   bool agrees = false;
   std::vector<std::string> files;
+  int filterIndex = 0;
+  std::optional<int> item;
   std::optional<Rgb> colour;
   bool opensDocuments = true;
 
