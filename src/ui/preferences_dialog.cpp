@@ -103,16 +103,24 @@ PreferencesDialog::PreferencesDialog(Session& session, FrontEnd& frontEnd, QWidg
       background_(new SwatchButton(this)) {
   setObjectName("preferences");
   setWindowTitle("Preferences");
-  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &PreferencesDialog::reject);
   auto* const layout = new QGridLayout(this);
   layout->addWidget(MakeHearingImpaired(), 0, 0);
   layout->addWidget(MakeOcr(), 1, 0);
   layout->addWidget(MakeGeneral(), 0, 1);
   layout->addWidget(MakeBitmapEditing(), 1, 1);
   layout->addWidget(new QLabel("MORE TO COME!", this), 2, 0);
-  layout->addWidget(buttons, 2, 1);
+  layout->addWidget(MakeButtons(), 2, 1);
+}
+
+QDialogButtonBox* PreferencesDialog::MakeButtons() {
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  NameControl(*buttons->button(QDialogButtonBox::Ok), "preferencesOk", "OK",
+              "Takes the preferences as they stand here");
+  NameControl(*buttons->button(QDialogButtonBox::Cancel), "preferencesCancel", "Cancel",
+              "Closes the preferences and puts back the background color");
+  connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &PreferencesDialog::reject);
+  return buttons;
 }
 
 QWidget* PreferencesDialog::MakeChecks(int group) {

@@ -7,10 +7,9 @@
 
 class QCheckBox;
 class QComboBox;
-class QFormLayout;
+class QDialogButtonBox;
 class QGroupBox;
 class QLineEdit;
-class QVBoxLayout;
 
 namespace quillomar {
 
@@ -56,6 +55,7 @@ class PreferencesDialog final : public QDialog {
   [[nodiscard]] QGroupBox* MakeOcr();
   [[nodiscard]] QGroupBox* MakeGeneral();
   [[nodiscard]] QGroupBox* MakeBitmapEditing();
+  [[nodiscard]] QDialogButtonBox* MakeButtons();
   [[nodiscard]] QWidget* MakeChecks(int group);
   [[nodiscard]] QComboBox* MakeChoice(std::int32_t Preferences::*field, const QStringList& entries);
   [[nodiscard]] QWidget* MakeMargin(QLineEdit& edit, std::int32_t Preferences::*field);

@@ -140,11 +140,11 @@ TEST_F(EditingTest, UnsavedChangesAskBeforeClosing) {
 
 TEST_F(EditingTest, TheWindowComesBackWhereItWas) {
   Start({});
-  Window().resize(900, 640);
+  Window().resize(1100, 760);
   Window().close();
   program_.reset();
   Start({});
-  EXPECT_EQ(Window().size(), QSize(900, 640));
+  EXPECT_EQ(Window().size(), QSize(1100, 760));
 }
 
 TEST_F(EditingTest, AWorkersMessageIsShownByTheWindowsThread) {
