@@ -135,7 +135,8 @@ class Editor {
   void OpenSupFile(const std::string& path);
   void ChooseIfo();
   [[nodiscard]] std::string ProposedBitmapName() const;
-  [[nodiscard]] TypeColours ExchangeColoursOfCurrent();
+  [[nodiscard]] ExchangeColours ExchangeColoursOfCurrent();
+  void EditWithTool(const std::string& path, const TypeColours& colours);
   void SaveBitmapAs(const std::string& path, int type);
   void ImportBitmap(const std::string& path, const TypeColours& colours);
   bool CloseCheck();

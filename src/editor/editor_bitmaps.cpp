@@ -30,7 +30,7 @@ std::string Editor::ProposedBitmapName() const {
 
 // A bitmap whose colours cannot tell the pixel types apart leaves and returns in the automatic
 // ones.
-TypeColours Editor::ExchangeColoursOfCurrent() {
+ExchangeColours Editor::ExchangeColoursOfCurrent() {
   const SubpictureUnit& unit = *selection_.Current();
   const ExchangeColours colours =
       ColoursForExchange(unit, ClutOfUnit(document_, unit), AutomaticDefaults(session_.preferences),
@@ -38,7 +38,7 @@ TypeColours Editor::ExchangeColoursOfCurrent() {
   if (colours.replaced && session_.preferences.warnOnBitmapImport != 0) {
     session_.reporter.ReportError(kEqualColoursWarning);
   }
-  return colours.colours;
+  return colours;
 }
 
 void Editor::SaveBitmap() {
@@ -66,7 +66,7 @@ void Editor::SavePpm() {
 
 void Editor::SaveBitmapAs(const std::string& path, int type) {
   SubpictureUnit& unit = *selection_.Current();
-  const TypeColours colours = ExchangeColoursOfCurrent();
+  const TypeColours colours = ExchangeColoursOfCurrent().colours;
   const SpuContext context = document_.Context();
   const BmpDepth depth = type == kSave4Bit ? BmpDepth::k4Bit : BmpDepth::k24Bit;
   const Result saved = type == kSavePpm
@@ -81,7 +81,7 @@ void Editor::ReplaceBitmap() {
                              session_.preferences.lastPpmDir, ProposedBitmapName()});
   if (paths.empty()) return;
   session_.preferences.lastPpmDir = SplitPath(paths.front()).folder;
-  ImportBitmap(paths.front(), ExchangeColoursOfCurrent());
+  ImportBitmap(paths.front(), ExchangeColoursOfCurrent().colours);
 }
 
 void Editor::ImportBitmap(const std::string& path, const TypeColours& colours) {
@@ -99,14 +99,23 @@ void Editor::EditBitmap() {
   }
   if (preferences.bitmapToolPath.empty()) return;
   const std::string path = JoinPath(EnvironmentVariable("TEMP").value_or(""), kTemporaryBitmap);
-  const TypeColours colours = ExchangeColoursOfCurrent();
+  const ExchangeColours colours = ExchangeColoursOfCurrent();
+  const bool chosen = automaticClut_;
+  automaticClut_ = chosen || colours.replaced;
+  UpdateView();
+  EditWithTool(path, colours.colours);
+  automaticClut_ = chosen;
+  UpdateView();
+}
+
+void Editor::EditWithTool(const std::string& path, const TypeColours& colours) {
+  const Preferences& preferences = session_.preferences;
+  const UnitPointer unit = selection_.Current();
   const BmpDepth depth = preferences.editBitmapAs24Bit > 0 ? BmpDepth::k24Bit : BmpDepth::k4Bit;
-  if (Failed(ExportBmp(*selection_.Current(), path, depth, colours, session_.files,
-                       document_.Context()))) {
+  if (Failed(ExportBmp(*unit, path, depth, colours, session_.files, document_.Context()))) {
     session_.reporter.ReportError(kSaveFailed);
     return;
   }
-  const UnitPointer unit = selection_.Current();
   if (!frontEnd_.RunProgram(preferences.bitmapToolPath, preferences.bitmapToolArguments, path)) {
     session_.reporter.ReportError(Format("Couldn't start %s", preferences.bitmapToolPath.c_str()));
     return;

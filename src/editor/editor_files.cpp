@@ -114,8 +114,9 @@ void Editor::DropFiles(const std::vector<std::string>& paths) {
     if (CloseCheck()) OpenSupFile(paths.front());
     return;
   }
-  if (paths.size() == 1 && HasExtension(paths.front(), ".bmp")) {
-    if (selection_.Current()) ImportBitmap(paths.front(), ExchangeColoursOfCurrent());
+  const bool isBitmap = HasExtension(paths.front(), ".bmp") || HasExtension(paths.front(), ".ppm");
+  if (paths.size() == 1 && isBitmap) {
+    if (selection_.Current()) ImportBitmap(paths.front(), ExchangeColoursOfCurrent().colours);
     return;
   }
   const bool allVobs = std::all_of(paths.begin(), paths.end(), [](const std::string& path) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QWidget>
 
@@ -12,6 +13,13 @@ inline void NameControl(QWidget& control, const QString& objectName, const QStri
   control.setObjectName(objectName);
   control.setAccessibleName(accessibleName);
   control.setToolTip(toolTip);
+}
+
+// The Tab key goes through controls of one window in this order.
+inline void OrderTabs(const QList<QWidget*>& controls) {
+  for (qsizetype i = 1; i < controls.size(); ++i) {
+    QWidget::setTabOrder(controls[i - 1], controls[i]);
+  }
 }
 
 }  // namespace quillomar

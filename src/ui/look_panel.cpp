@@ -47,6 +47,11 @@ LookPanel::LookPanel(Editor& editor, QWidget* parent)
   for (int type = 0; type < kPixelTypes; ++type) AddPixelType(*layout, type);
   AddTransparency(*layout);
   AddClutChoice(*layout);
+  QList<QWidget*> order;
+  for (std::size_t type = 0; type < kPixelTypes; ++type) {
+    order << letters_[type] << swatches_[type];
+  }
+  OrderTabs(order << pixels_ << slider_ << cluts_);
   connect(popup_, &ClutPopup::Chosen, this,
           [this](int entry) { editor_.SetColour(pickedType_, entry); });
 }

@@ -76,6 +76,8 @@ PlacePanel::PlacePanel(Editor& editor, QWidget* parent)
   layout->addWidget(crop_, 1, 1);
   AddBorder(*layout);
   AddPresets(*layout);
+  OrderTabs(vertical_ + horizontal_ +
+            QList<QWidget*>{flush_, crop_, borderSlider_, border_, presets_});
 }
 
 int PlacePanel::Step() const {
@@ -144,8 +146,9 @@ void PlacePanel::Show(const View& view, bool busy) {
   ShowNumber(*up_, place.up);
   up_->setSingleStep(Step());
   ShowNumber(*right_, place.right);
-  for (QWidget* const control : vertical_) control->setEnabled(changeable);
-  for (QWidget* const control : horizontal_) control->setEnabled(changeable && place.canMoveRight);
+  for (QWidget* const control : std::as_const(vertical_)) control->setEnabled(changeable);
+  for (QWidget* const control : std::as_const(horizontal_))
+    control->setEnabled(changeable && place.canMoveRight);
   crop_->setEnabled(changeable);
   ShowBorder(place, changeable);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QGroupBox>
-#include <vector>
+#include <QList>
 
 #include "editor/view.h"
 
@@ -44,8 +44,8 @@ class PlacePanel final : public QGroupBox {
   QSlider* borderSlider_;
   QSpinBox* border_;
   QComboBox* presets_;
-  std::vector<QWidget*> vertical_;    // controls that move up and down
-  std::vector<QWidget*> horizontal_;  // left and right
+  QList<QWidget*> vertical_;    // controls that move up and down
+  QList<QWidget*> horizontal_;  // left and right
 };
 
 }  // namespace quillomar

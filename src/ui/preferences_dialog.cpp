@@ -93,14 +93,7 @@ void AddRow(QFormLayout& form, const QString& text, QWidget& control, QWidget& r
 }  // namespace
 
 PreferencesDialog::PreferencesDialog(Session& session, FrontEnd& frontEnd, QWidget* parent)
-    : QDialog(parent),
-      session_(session),
-      preferences_(session.preferences),
-      frontEnd_(frontEnd),
-      range_(new QLineEdit(this)),
-      toolPath_(new QLineEdit(this)),
-      toolArguments_(new QLineEdit(this)),
-      background_(new SwatchButton(this)) {
+    : QDialog(parent), session_(session), preferences_(session.preferences), frontEnd_(frontEnd) {
   setObjectName("preferences");
   setWindowTitle("Preferences");
   auto* const layout = new QGridLayout(this);
@@ -177,7 +170,8 @@ QGroupBox* PreferencesDialog::MakeGeneral() {
               "Frame per second for video playback. Adjust if audio stutters on a slow machine");
   AddRow(*form, "Playback rate:", *rate, *rate);
   form->addRow(MakeChecks(kGeneral));
-  AddRow(*form, "Retiming slider range: +/-", *range_, *MakeRange());
+  QWidget& range = *MakeRange();
+  AddRow(*form, "Retiming slider range: +/-", *range_, range);
   auto& cropX = *new QLineEdit(group);
   NameControl(cropX, "cropBorderX", "Crop background border X in pixels",
               "When cropping the background, how much wider than the text should the background "
@@ -188,6 +182,7 @@ QGroupBox* PreferencesDialog::MakeGeneral() {
               "When cropping the background, how much taller than the text should the background "
               "be.");
   AddRow(*form, "Crop background border Y:", cropY, *MakeMargin(cropY, &Preferences::cropBorderY));
+  background_ = new SwatchButton(this);
   NameControl(*background_, "backgroundColor", "Default video background color",
               "Click to select background color when no video is shown");
   connect(background_, &SwatchButton::Picked, this, &PreferencesDialog::PickBackground);
@@ -203,6 +198,7 @@ QWidget* PreferencesDialog::MakeMargin(QLineEdit& edit, std::int32_t Preferences
 }
 
 QWidget* PreferencesDialog::MakeRange() {
+  range_ = new QLineEdit(this);
   NameControl(*range_, "retimingRange", "Retiming slider range in seconds",
               "Sets the range of the retiming slider");
   auto* const validator = new QDoubleValidator(range_);
@@ -216,7 +212,9 @@ QGroupBox* PreferencesDialog::MakeBitmapEditing() {
   auto* const group = new QGroupBox("Bitmap Editing", this);
   auto* const form = new QFormLayout(group);
   form->addRow(MakeChecks(kBitmap));
-  AddRow(*form, "Tool Path:", *toolPath_, *MakeToolPath());
+  QWidget& toolPath = *MakeToolPath();
+  AddRow(*form, "Tool Path:", *toolPath_, toolPath);
+  toolArguments_ = new QLineEdit(this);
   NameControl(*toolArguments_, "toolArguments", "Optional arguments",
               "Optional command line argument for bitmap editing tool");
   toolArguments_->setMaxLength(kLongestText);
@@ -226,6 +224,7 @@ QGroupBox* PreferencesDialog::MakeBitmapEditing() {
 
 QWidget* PreferencesDialog::MakeToolPath() {
   const char* const toolTip = "Path of bitmap editing tool to use when editing the subpic by hand.";
+  toolPath_ = new QLineEdit(this);
   auto* const browse = new QPushButton(".", this);
   NameControl(*browse, "browseTool", "Browse for the bitmap editing tool", toolTip);
   browse->setAutoDefault(false);

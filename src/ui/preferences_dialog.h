@@ -73,10 +73,10 @@ class PreferencesDialog final : public QDialog {
   std::vector<Check> checks_;
   std::vector<Choice> choices_;
   std::vector<Number> numbers_;
-  QLineEdit* range_;
-  QLineEdit* toolPath_;
-  QLineEdit* toolArguments_;
-  SwatchButton* background_;
+  QLineEdit* range_ = nullptr;
+  QLineEdit* toolPath_ = nullptr;
+  QLineEdit* toolArguments_ = nullptr;
+  SwatchButton* background_ = nullptr;
   std::int32_t backgroundAtOpening_ = 0;
 };
 

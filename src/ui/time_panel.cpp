@@ -37,6 +37,7 @@ TimePanel::TimePanel(Editor& editor, QWidget* parent)
   AddDuration(*layout);
   AddStart(*layout);
   AddEffects(*layout);
+  OrderTabs({duration_, infinite_, durationSlider_, start_, addFade_, removeFade_, hide_});
 }
 
 // Where there is no end, a duration asks whether to add one; dragging asks only at its end.

@@ -53,6 +53,7 @@ class ExchangeTest : public WindowTest {
       QTimer::singleShot(1, [this] { TryTheWaitingWindow(); });
       return;
     }
+    EXPECT_EQ(Find<QComboBox>("clutChoice").currentIndex(), 1) << "two types look alike";
     const int index = Shown().index;
     Key(Qt::Key_End);
     Window().close();
@@ -93,6 +94,7 @@ TEST_F(ExchangeTest, TheExternalEditorsBitmapComesBack) {
   TryTheWaitingWindow();
   Key(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
   EXPECT_TRUE(Window().isEnabled());
+  EXPECT_EQ(Find<QComboBox>("clutChoice").currentIndex(), 0);
   EXPECT_EQ(Shown().index, kLong);
   ExpectLike(other);
   EXPECT_TRUE(dialogs_.errors.empty());
