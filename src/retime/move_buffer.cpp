@@ -5,35 +5,57 @@
 namespace quillomar {
 
 Result MoveBuffer::Load(std::uint32_t first, std::uint32_t last) {
-  if (count_ > 0 && Holds(first) && Holds(last)) return Result::kDone;
-  if (Failed(Flush())) return Result::kFailed;
-  count_ = 0;
+  if (Holds(first) && Holds(last)) return Result::kDone;
   const std::uint32_t count = last - first + 1;
   if (last < first || count > set_.TotalSectors()) return Result::kFailed;
-  bytes_.resize(std::size_t{count} * kSectorSize);
-  if (Failed(set_.ReadSectors(first, count, bytes_))) return Result::kFailed;
+  // Neighbouring runs overlap for the most part: what both hold stays in memory as it is.
+  const std::uint32_t keepBegin = std::clamp(first_, first, first + count);
+  const std::uint32_t keepEnd = std::clamp(first_ + count_, keepBegin, first + count);
+  if (Failed(WriteChanged(first_, keepBegin)) || Failed(WriteChanged(keepEnd, first_ + count_))) {
+    return Result::kFailed;
+  }
+  std::vector<std::uint8_t> bytes(std::size_t{count} * kSectorSize);
+  const auto read = [&](std::uint32_t begin, std::uint32_t end) {
+    const auto out = std::span(bytes).subspan((begin - first) * kSectorSize);
+    return begin == end ? Result::kDone : set_.ReadSectors(begin, end - begin, out);
+  };
+  if (Failed(read(first, keepBegin)) || Failed(read(keepEnd, first + count))) {
+    return Result::kFailed;
+  }
+  std::vector<bool> changed(count, false);
+  for (std::uint32_t lba = keepBegin; lba < keepEnd; ++lba) {
+    const SectorView kept = At(lba);
+    std::copy(kept.begin(), kept.end(), bytes.data() + (lba - first) * kSectorSize);
+    changed[lba - first] = changed_[lba - first_];
+  }
+  bytes_ = std::move(bytes);
+  changed_ = std::move(changed);
   first_ = first;
   count_ = count;
-  changed_.assign(count, false);
   return Result::kDone;
 }
 
 Result MoveBuffer::Flush() {
+  return WriteChanged(first_, first_ + count_);
+}
+
+Result MoveBuffer::WriteChanged(std::uint32_t begin, std::uint32_t end) {
   if (writeFailed_) return Result::kFailed;
-  std::uint32_t begin = 0;
-  while (begin < count_) {
-    std::uint32_t end = begin;
-    while (end < count_ && changed_[end]) ++end;
-    if (end == begin) {
+  begin = std::max(begin, first_);
+  end = std::min(end, first_ + count_);
+  while (begin < end) {
+    std::uint32_t stop = begin;
+    while (stop < end && changed_[stop - first_]) changed_[stop++ - first_] = false;
+    if (stop == begin) {
       ++begin;
       continue;
     }
-    const auto stretch = ByteSpan(bytes_).subspan(begin * kSectorSize, (end - begin) * kSectorSize);
-    writeFailed_ = Failed(set_.WriteSectors(transaction_, first_ + begin, stretch));
+    const auto stretch =
+        ByteSpan(bytes_).subspan((begin - first_) * kSectorSize, (stop - begin) * kSectorSize);
+    writeFailed_ = Failed(set_.WriteSectors(transaction_, begin, stretch));
     if (writeFailed_) return Result::kFailed;
-    begin = end;
+    begin = stop;
   }
-  std::fill(changed_.begin(), changed_.end(), false);
   return Result::kDone;
 }
 

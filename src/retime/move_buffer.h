@@ -12,7 +12,7 @@
 namespace quillomar {
 
 // A run of consecutive sectors in memory, in which packs change places. What was changed is written
-// back before another run is loaded and by Flush.
+// back when it is not part of the next run that is loaded, and by Flush.
 class MoveBuffer {
  public:
   MoveBuffer(VobFileSet& set, WriteTransaction& transaction)
@@ -37,6 +37,9 @@ class MoveBuffer {
   void MoveSector(std::uint32_t from, std::uint32_t to);
 
  private:
+  // Writes the changed sectors from `begin` on, before `end` (LBAs in set).
+  Result WriteChanged(std::uint32_t begin, std::uint32_t end);
+
   VobFileSet& set_;
   WriteTransaction& transaction_;
   std::vector<std::uint8_t> bytes_;
