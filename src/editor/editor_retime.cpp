@@ -29,7 +29,7 @@ void Editor::Retime(UnitList units, double seconds) {
            [this, units = std::move(units), seconds] {
              (void)document_.Retime(units, seconds, session_.job);
            },
-           {});
+           [this] { SaveAnalysis(); });
 }
 
 }  // namespace quillomar

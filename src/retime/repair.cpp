@@ -56,6 +56,7 @@ DisplacedPacks Retimer::Displaced() const {
 void Retimer::TakeOverPlaces(const DisplacedPacks& displaced) {
   ScanResults& results = disc_.results;
   for (std::uint32_t& lba : results.timeRestarts) lba = displaced.PlaceOf(lba);
+  for (std::uint32_t& lba : results.highlightNavs) lba = displaced.PlaceOf(lba);
   if (results.videoLba) results.videoLba = displaced.PlaceOf(*results.videoLba);
   for (VobuEntry& vobu : results.vobus) vobu.startLba = vobu.currentLba;
   results.scannedStarts = results.currentStarts;

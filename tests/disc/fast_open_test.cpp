@@ -118,6 +118,19 @@ TEST_P(FastOpenTest, SavingKeepsTheEntryAlive) {
   EXPECT_EQ(editor.Recent().Entries().size(), 1U);
 }
 
+TEST_P(FastOpenTest, FindsARetimedSet) {
+  if (vobs == disc->MenuVobs()) return;
+  editor.OpenFiles(vobs, false);
+  editor.Retime({editor.Doc().Units().at(3)}, 1.0);
+  EXPECT_TRUE(errors.empty()) << errors.front();
+  EXPECT_EQ(editor.Recent().Entries().size(), 1U);
+  editor.CloseFiles();
+  EXPECT_EQ(Listing("list", FastOpen::kAlways), Listing("list", FastOpen::kNever));
+  editor.OpenRecent(0);
+  editor.Retime(editor.Doc().Units(), 1.0);
+  EXPECT_EQ(errors.size(), 1U);
+}
+
 INSTANTIATE_TEST_SUITE_P(Discs, FastOpenTest, testing::Values("ntsc", "pal", "split", "menu"));
 
 }  // namespace
