@@ -28,10 +28,10 @@ constexpr auto kCommands = std::to_array<Command>({
     {kPreferences, "preferences", Menu::kFile, "Preferences", "", kIdle, &Editor::ShowPreferences, true},
     {kExit, "exit", Menu::kFile, "Exit", "", kAlways, &Editor::Exit, true},
 
-    {kApplyLast, "applyLast", Menu::kEdit, "Apply last modifications \t(Ctrl-V)", "Ctrl+V", kIdleWithUnit, kNotBuilt},
-    {kApplyLastToAll, "applyLastToAll", Menu::kEdit, "Apply last modifications to all \t(Ctrl-A)", "Ctrl+A", kIdleWithUnit, kNotBuilt},
+    {kApplyLast, "applyLast", Menu::kEdit, "Apply last modifications \t(Ctrl-V)", "Ctrl+V", kIdleWithUnit, &Editor::ApplyLast},
+    {kApplyLastToAll, "applyLastToAll", Menu::kEdit, "Apply last modifications to all \t(Ctrl-A)", "Ctrl+A", kIdleWithUnit, &Editor::ApplyLastToAll},
     {kReloadUnit, "reloadUnit", Menu::kEdit, "Reload this SPU from file \t(Ctrl-Z)", "Ctrl+Z", kIdleWithUnit, &Editor::ReloadCurrent, true},
-    {kReloadAll, "reloadAll", Menu::kEdit, "Reload all SPUs from file", "", kIdleWithSet, kNotBuilt},
+    {kReloadAll, "reloadAll", Menu::kEdit, "Reload all SPUs from file", "", kIdleWithSet, &Editor::ReloadAll},
 
     {kOcrCurrent, "ocrCurrent", Menu::kOcr, "OCR current subpic \t(Ctrl-T)", "Ctrl+T", kIdleWithUnit, kNotBuilt},
     {kOcrSelected, "ocrSelected", Menu::kOcr, "OCR selected subpics \t(Ctrl-Shift-T)", "Ctrl+Shift+T", kIdleWithUnit, kNotBuilt},

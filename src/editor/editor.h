@@ -9,6 +9,7 @@
 #include "editor/command_table.h"
 #include "editor/document.h"
 #include "editor/front_end.h"
+#include "editor/last_modifications.h"
 #include "editor/recent_files.h"
 #include "editor/selection.h"
 #include "editor/session.h"
@@ -77,6 +78,9 @@ class Editor {
   void RemoveFade();
   // Colours of the pixel types: the IFO's, or the automatic ones.
   void UseAutomaticClut(bool automatic);
+  // Applies what was chosen of the last modifications to every unit of the filtered list.
+  void ApplyToAll(const ApplyAllChoices& choices);
+  [[nodiscard]] const LastModifications& Last() const { return last_; }
   // Asks for a colour for the entry that a pixel type shows and changes the CLUT.
   void EditClutEntry(int pixelType);
 
@@ -103,6 +107,9 @@ class Editor {
   void HideCurrent();
   void ShowPreferences();
   void ReloadCurrent();
+  void ReloadAll();
+  void ApplyLast();
+  void ApplyLastToAll();
   void Abort();
   void Exit();
   void ViewLog();
@@ -150,7 +157,8 @@ class Editor {
   void StartJob(Operation operation, const std::string& title, Work work, Work afterwards);
   void RefillList();
   void UpdateView();
-  void EditCurrent(const std::function<Result(SubpictureUnit&)>& edit);
+  // The sequence that edits of the look go to; nothing: all.
+  [[nodiscard]] std::optional<int> EditedSequence() const;
   void AddFiles(const std::vector<std::string>& paths);
   void AddFullDomain(const std::string& path);
   void ReportUnopened(const std::string& path);
@@ -163,6 +171,7 @@ class Editor {
   Document document_;
   RecentFiles recent_;
   Selection selection_;
+  LastModifications last_;
   View view_;
   std::optional<int> onlyType_;
   bool automaticClut_ = false;

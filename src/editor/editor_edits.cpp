@@ -85,25 +85,23 @@ bool Editor::UnitMayBeEdited() {
   return !busy_ && selection_.Current() != nullptr;
 }
 
-// Edits that go through several sequences leave the last one selected; the one shown stays.
-void Editor::EditCurrent(const std::function<Result(SubpictureUnit&)>& edit) {
-  if (!UnitMayBeEdited()) return;
-  SubpictureUnit& unit = *selection_.Current();
-  const int shown = unit.currentSequence;
-  (void)edit(unit);
-  (void)SelectControlSequence(unit, shown);
-  UpdateView();
+std::optional<int> Editor::EditedSequence() const {
+  const UnitPointer unit = selection_.Current();
+  return !unit || unit->allSequences ? std::nullopt : std::optional(unit->currentSequence);
 }
 
 void Editor::SetColour(int pixelType, int clutEntry) {
-  EditCurrent(
-      [=](SubpictureUnit& unit) { return quillomar::SetColour(unit, clutEntry, pixelType); });
+  UnitEdits edits;
+  edits.colours = {{pixelType, clutEntry}};
+  edits.sequence = EditedSequence();
+  EditCurrent(edits);
 }
 
 void Editor::SetTransparency(int alpha, int which) {
-  EditCurrent([=, this](SubpictureUnit& unit) {
-    return SetAlpha(unit, alpha, which, document_.Context());
-  });
+  UnitEdits edits;
+  edits.alphas = {{which, alpha}};
+  edits.sequence = EditedSequence();
+  EditCurrent(edits);
 }
 
 void Editor::EditClutEntry(int pixelType) {

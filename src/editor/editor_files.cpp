@@ -42,6 +42,7 @@ bool Editor::MayClose() {
 void Editor::CloseFiles() {
   document_.Reset();
   selection_.Clear();
+  last_ = {};
   onlyType_.reset();
   automaticClut_ = false;
   UpdateView();

@@ -9,8 +9,10 @@ namespace quillomar {
 void Editor::EditCurrent(const UnitEdits& edits) {
   if (!UnitMayBeEdited()) return;
   std::string refusal;
-  (void)ApplyEdits(*selection_.Current(), edits, session_.preferences, document_.Context(),
-                   refusal);
+  SubpictureUnit& unit = *selection_.Current();
+  if (!Failed(ApplyEdits(unit, edits, session_.preferences, document_.Context(), refusal))) {
+    Remember(last_, edits, unit);
+  }
   UpdateView();
 }
 

@@ -7,6 +7,7 @@
 
 #include "base/job_control.h"
 #include "dvd/clut.h"
+#include "editor/last_modifications.h"
 
 namespace quillomar {
 
@@ -37,6 +38,11 @@ class FrontEnd {
   // end while the window stays alive. False when it could not be started.
   virtual bool RunProgram(const std::string& program, const std::string& arguments,
                           const std::string& file) = 0;
+  // Which of the last modifications to apply to all; those not offered cannot be chosen. A front
+  // end that cannot ask chooses nothing.
+  virtual std::optional<ApplyAllChoices> ChooseModifications(const ApplyAllChoices& /*offered*/) {
+    return std::nullopt;
+  }
   virtual std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) = 0;
   // Opens a document or page with the program that the system keeps for it.
   virtual bool OpenDocument(const std::string& pathOrUrl) = 0;

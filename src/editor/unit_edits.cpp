@@ -41,7 +41,8 @@ class EditRun {
                         &EditRun::End,  &EditRun::Duration, &EditRun::Start};
     for (const auto step : steps) {
       std::string refusal = (this->*step)();
-      if (!refusal.empty()) return refusal;
+      if (lacksSequence_) return Format("it has no DCSQT %d", *edits_.sequence);
+      if (!refusal.empty() && !edits_.inBatch) return refusal;
     }
     return {};
   }
@@ -76,7 +77,7 @@ class EditRun {
 
   std::string Fade() {
     if (edits_.fade == FadeEdit::kAdd) {
-      return Say(AddFadeIn(unit_, false, context_), "no fade can be added to it");
+      return Say(AddFadeIn(unit_, edits_.inBatch, context_), "no fade can be added to it");
     }
     if (edits_.fade == FadeEdit::kRemove) {
       return Say(RemoveFadeIn(unit_, context_), "it has no fade to remove");
@@ -85,8 +86,7 @@ class EditRun {
   }
 
   std::string Alphas() {
-    if (edits_.alphas.empty()) return {};
-    SelectForLook();
+    if (edits_.alphas.empty() || !SelectForLook()) return {};
     for (const TypeValue& alpha : edits_.alphas) {
       if (Failed(SetAlpha(unit_, alpha.value, alpha.which, context_))) {
         return "its transparency cannot be changed";
@@ -98,10 +98,10 @@ class EditRun {
   std::string Hide() { return edits_.hide ? Say(HideUnit(unit_), "it cannot be hidden") : ""; }
 
   std::string Colours() {
-    if (edits_.colours.empty()) return {};
-    if (Failed(NeedBitmap(unit_, context_))) return "it has no bitmap";
-    SelectForLook();
+    if (edits_.colours.empty() || !SelectForLook()) return {};
     for (const TypeValue& colour : edits_.colours) {
+      const bool several = colour.which >= kPixelTypes;
+      if (several && Failed(NeedBitmap(unit_, context_))) return "it has no bitmap";
       for (const int type : TypesOf(colour.which, unit_)) {
         if (Failed(SetColour(unit_, colour.value, type))) return "its colors cannot be changed";
       }
@@ -122,7 +122,8 @@ class EditRun {
   std::string Duration() {
     if (!edits_.durationMs) return {};
     if (DurationMs(unit_, context_.standard) < 0) {
-      if (!context_.reporter.AskYesNo(kAskForStop)) return "it has no STOP command";
+      const bool may = !edits_.inBatch && context_.reporter.AskYesNo(kAskForStop);
+      if (!may) return "it has no STOP command";
       if (Failed(AddStopCommand(unit_, context_))) return "it has no room for a STOP command";
     }
     return Say(SetDelay(unit_, kLastSequence, *edits_.durationMs, context_),
@@ -134,9 +135,14 @@ class EditRun {
     return Say(SetForcedStart(unit_, *edits_.forcedStart), "it has no start command");
   }
 
-  void SelectForLook() {
+  // Steps before may have added sequences: only now can it be told whether this one exists.
+  bool SelectForLook() {
+    const int sequence = edits_.sequence.value_or(0);
+    lacksSequence_ = edits_.sequence && sequence >= static_cast<int>(unit_.state.sequences.size());
+    if (lacksSequence_) return false;
     unit_.allSequences = !edits_.sequence.has_value();
-    (void)SelectControlSequence(unit_, edits_.sequence.value_or(0));
+    (void)SelectControlSequence(unit_, sequence);
+    return true;
   }
 
   static constexpr int kLastSequence = -1;
@@ -145,6 +151,7 @@ class EditRun {
   const UnitEdits& edits_;
   const Preferences& preferences_;
   const SpuContext& context_;
+  bool lacksSequence_ = false;
 };
 
 }  // namespace
@@ -157,11 +164,6 @@ bool UnitEdits::Empty() const {
 
 Result ApplyEdits(SubpictureUnit& unit, const UnitEdits& edits, const Preferences& preferences,
                   const SpuContext& context, std::string& refusal) {
-  const int sequences = static_cast<int>(unit.state.sequences.size());
-  if (edits.sequence && *edits.sequence >= sequences) {
-    refusal = Format("it has no DCSQT %d", *edits.sequence);
-    return Result::kFailed;
-  }
   const SpuState before = unit.state;
   const int shown = unit.currentSequence;
   const bool all = unit.allSequences;

@@ -34,14 +34,17 @@ struct UnitEdits {
   EndEdit end = EndEdit::kNone;
   std::optional<int> durationMs;
   std::optional<bool> forcedStart;
+  // One of many units that are edited alike: an edit that the unit refuses is passed over, and
+  // nothing is asked.
+  bool inBatch = false;
 
   [[nodiscard]] bool Empty() const;
 };
 
 // Carries the edits out in the order: vertical move, borders, crop, horizontal move, fade, alphas,
 // hide, colours, end and duration, start. A unit that lacks the sequence asked for is left wholly
-// alone, and so is one that refuses an edit: its state is then what it was. `refusal` says why
-// where no message has.
+// alone, and so is, outside a batch, one that refuses an edit: its state is then what it was.
+// `refusal` says why where no message has.
 Result ApplyEdits(SubpictureUnit& unit, const UnitEdits& edits, const Preferences& preferences,
                   const SpuContext& context, std::string& refusal);
 
