@@ -72,11 +72,15 @@ void MoveBuffer::MoveSector(std::uint32_t from, std::uint32_t to) {
   const auto at = [&](std::uint32_t lba) {
     return bytes_.begin() + static_cast<std::ptrdiff_t>((lba - first_) * kSectorSize);
   };
+  // By way of a copy: the standard rotation goes byte by byte.
+  Sector moved;
+  std::copy(at(from), at(from + 1), moved.begin());
   if (from < to) {
-    std::rotate(at(from), at(from + 1), at(to + 1));
+    std::copy(at(from + 1), at(to + 1), at(from));
   } else {
-    std::rotate(at(to), at(from), at(from + 1));
+    std::copy_backward(at(to), at(from), at(from + 1));
   }
+  std::copy(moved.begin(), moved.end(), at(to));
   const auto [low, high] = std::minmax(from, to);
   for (std::uint32_t lba = low; lba <= high; ++lba) changed_[lba - first_] = true;
 }
