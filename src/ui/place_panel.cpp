@@ -150,7 +150,7 @@ void PlacePanel::Show(const View& view, bool busy) {
   for (QWidget* const control : std::as_const(horizontal_))
     control->setEnabled(changeable && place.canMoveRight);
   crop_->setEnabled(changeable);
-  ShowBorder(place, changeable);
+  ShowBorder(view.hasUnit ? place : PlaceView{.borderPreset = 0}, changeable);
 }
 
 void PlacePanel::ShowBorder(const PlaceView& place, bool changeable) {
