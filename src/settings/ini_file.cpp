@@ -47,6 +47,11 @@ std::string_view ValueOfLine(std::string_view line) {
   return Unquote(Trim(line.substr(line.find('=') + 1)));
 }
 
+// A value that reading would strip of its blanks or quotes is stored in quotes.
+std::string Stored(std::string value) {
+  return Unquote(Trim(value)) == value ? value : "\"" + value + "\"";
+}
+
 // What follows the line's text: nothing on a last line that was left open.
 std::string LineBreakOf(const std::string& line) {
   if (line.ends_with("\r\n")) return "\r\n";
@@ -110,13 +115,13 @@ void IniText::Set(std::string_view section, std::string_view key, std::string_vi
   if (const auto found = FindKey(*range, key)) {
     std::string& line = lines_[*found];
     if (ValueOfLine(line) == oneLine) return;
-    line = line.substr(0, line.find('=') + 1) + oneLine + LineBreakOf(line);
+    line = line.substr(0, line.find('=') + 1) + Stored(oneLine) + LineBreakOf(line);
     return;
   }
   // Blank lines that set the next section apart stay in front of it.
   std::size_t place = range->end;
   while (place > range->first && Trim(lines_[place - 1]).empty()) --place;
-  InsertLine(place, std::string(key).append("=").append(oneLine));
+  InsertLine(place, std::string(key).append("=").append(Stored(oneLine)));
 }
 
 std::string IniText::Text() const {

@@ -61,6 +61,15 @@ TEST(IniText, AddsSectionsAndClosesLastLine) {
   EXPECT_EQ(ini.Text(), "[a]\nb=2\ne=\n[c]\nd=one\n");
 }
 
+TEST(IniText, ReadsBackWhatWasSet) {
+  for (const char* const value : {"\"two words\"", "'x'", " x", "x ", "\"", "-a \"b c\"", ""}) {
+    IniText ini("");
+    ini.Set("s", "k", "before");
+    ini.Set("s", "k", value);
+    EXPECT_EQ(IniText(ini.Text()).Get("s", "k"), value);
+  }
+}
+
 TEST(IniText, KeepsByteOrderMark) {
   IniText ini("\xEF\xBB\xBF[a]\nk=\xC3\xA4\n");
   EXPECT_EQ(ini.Get("a", "k"), "\xC3\xA4");
