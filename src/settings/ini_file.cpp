@@ -48,7 +48,7 @@ std::string_view ValueOfLine(std::string_view line) {
 }
 
 // A value that reading would strip of its blanks or quotes is stored in quotes.
-std::string Stored(std::string value) {
+std::string Stored(const std::string& value) {
   return Unquote(Trim(value)) == value ? value : "\"" + value + "\"";
 }
 

@@ -35,7 +35,7 @@ class ExchangeTest : public WindowTest {
 
   // A tool that, once the file "wait" is gone, puts "short.bmp" in place of what it is given.
   std::string MakeTool() {
-    const std::string path = disc_->Path("my tool.sh");
+    std::string path = disc_->Path("my tool.sh");
     std::ofstream(path) << "#!/bin/sh\n"
                            "while [ -e '"
                         << disc_->Path("wait")
