@@ -63,6 +63,11 @@ Result Document::SaveIntoSup() {
 }
 
 Result Document::ExportSup(const UnitList& units, const std::string& path) {
+  if (InSupMode() && path == supPath_) {
+    // The positions of its records would no longer be those of the units held.
+    session_.reporter.ReportError("This file is open. Use \"Save all modifications\" to save it.");
+    return Result::kFailed;
+  }
   const std::shared_ptr<File> file = OpenSupForSaving(session_.files, path);
   if (!file) {
     session_.reporter.ReportError("Couldn't open file for writing!");

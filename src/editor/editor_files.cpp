@@ -150,8 +150,7 @@ void Editor::StartScan() {
 
 void Editor::SaveAll() {
   if (!document_.CanSave()) {
-    session_.reporter.ReportError(Format(
-        "File %s is read-only, you won't be able to save your changes!", document_.Path().c_str()));
+    session_.reporter.ReportReadOnly(document_.Path());
     return;
   }
   if (!session_.reporter.AskOkCancel(

@@ -17,21 +17,15 @@ void Editor::EditCurrent(const UnitEdits& edits) {
 }
 
 void Editor::MoveVertically(int linesUp) {
-  UnitEdits edits;
-  edits.moveUp = linesUp;
-  EditCurrent(edits);
+  EditCurrent({.moveUp = linesUp});
 }
 
 void Editor::MoveHorizontally(int pixelsRight) {
-  UnitEdits edits;
-  edits.moveRight = pixelsRight;
-  EditCurrent(edits);
+  EditCurrent({.moveRight = pixelsRight});
 }
 
 void Editor::SetBorder(int lines) {
-  UnitEdits edits;
-  edits.border = lines;
-  EditCurrent(edits);
+  EditCurrent({.border = lines});
 }
 
 void Editor::ChooseBorderPreset(int preset) {
@@ -39,51 +33,35 @@ void Editor::ChooseBorderPreset(int preset) {
 }
 
 void Editor::FlushToBorder() {
-  UnitEdits edits;
-  edits.flush = true;
-  EditCurrent(edits);
+  EditCurrent({.flush = true});
 }
 
 void Editor::CropCurrent() {
-  UnitEdits edits;
-  edits.crop = true;
-  EditCurrent(edits);
+  EditCurrent({.crop = true});
 }
 
 void Editor::HideCurrent() {
-  UnitEdits edits;
-  edits.hide = true;
-  EditCurrent(edits);
+  EditCurrent({.hide = true});
 }
 
 void Editor::SetDuration(int ms) {
-  UnitEdits edits;
-  edits.durationMs = ms;
-  EditCurrent(edits);
+  EditCurrent({.durationMs = ms});
 }
 
 void Editor::MakeInfinite() {
-  UnitEdits edits;
-  edits.end = EndEdit::kInfinite;
-  EditCurrent(edits);
+  EditCurrent({.end = EndEdit::kInfinite});
 }
 
 void Editor::SetForced(bool forced) {
-  UnitEdits edits;
-  edits.forcedStart = forced;
-  EditCurrent(edits);
+  EditCurrent({.forcedStart = forced});
 }
 
 void Editor::AddFade() {
-  UnitEdits edits;
-  edits.fade = FadeEdit::kAdd;
-  EditCurrent(edits);
+  EditCurrent({.fade = FadeEdit::kAdd});
 }
 
 void Editor::RemoveFade() {
-  UnitEdits edits;
-  edits.fade = FadeEdit::kRemove;
-  EditCurrent(edits);
+  EditCurrent({.fade = FadeEdit::kRemove});
 }
 
 void Editor::UseAutomaticClut(bool automatic) {

@@ -25,11 +25,12 @@ void Editor::Retime(UnitList units, double seconds) {
                      "There is NO undo for this\nThe VOB file will be modified. Proceed?")) {
     return;
   }
-  StartJob(Operation::kRetiming, "ReTiming subpics",
-           [this, units = std::move(units), seconds] {
-             (void)document_.Retime(units, seconds, session_.job);
-           },
-           [this] { SaveAnalysis(); });
+  StartJob(
+      Operation::kRetiming, "ReTiming subpics",
+      [this, units = std::move(units), seconds] {
+        (void)document_.Retime(units, seconds, session_.job);
+      },
+      [this] { SaveAnalysis(); });
 }
 
 }  // namespace quillomar

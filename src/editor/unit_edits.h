@@ -21,19 +21,19 @@ enum class EndEdit { kNone, kAddStop, kInfinite };
 
 // What is to be done to a unit, or to many alike.
 struct UnitEdits {
-  std::optional<int> moveUp;     // lines above the area as found
-  std::optional<int> moveRight;  // pixels right of the area as found
-  std::optional<int> border;     // lines
-  bool flush = false;            // to the nearest border
-  bool crop = false;             // the background
+  std::optional<int> moveUp = {};     // lines above the area as found
+  std::optional<int> moveRight = {};  // pixels right of the area as found
+  std::optional<int> border = {};     // lines
+  bool flush = false;                 // to the nearest border
+  bool crop = false;                  // the background
   FadeEdit fade = FadeEdit::kNone;
-  std::vector<TypeValue> colours;
-  std::vector<TypeValue> alphas;
-  std::optional<int> sequence;  // of colours and alphas; nothing: all
+  std::vector<TypeValue> colours = {};
+  std::vector<TypeValue> alphas = {};
+  std::optional<int> sequence = {};  // of colours and alphas; nothing: all
   bool hide = false;
   EndEdit end = EndEdit::kNone;
-  std::optional<int> durationMs;
-  std::optional<bool> forcedStart;
+  std::optional<int> durationMs = {};
+  std::optional<bool> forcedStart = {};
   // One of many units that are edited alike: an edit that the unit refuses is passed over, and
   // nothing is asked.
   bool inBatch = false;
