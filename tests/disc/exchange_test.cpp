@@ -77,10 +77,13 @@ TEST_P(ExchangedDisc, SupFilesHoldTheUnitsAndAreWrittenTheSameAgain) {
   EXPECT_EQ(next, units.size());
   EXPECT_GT(next, 10U);
 
-  // An edit saved into the file is there when it is opened again.
+  // An edit saved into the file is there when it is opened again; two editors do not share it.
+  const int before = units.front()->state.area.sy;
+  EXPECT_EQ(Cli({"set", "--yes", "--move-y", "4"}, {first}).exitCode, 1);
+  fromSup->CloseFiles();
   ASSERT_EQ(Cli({"set", "--yes", "--move-y", "4", "--duration", "3000"}, {first}).exitCode, 0);
   OpenEditor edited({first});
-  EXPECT_EQ(edited->Doc().Units().front()->state.area.sy, units.front()->state.area.sy - 4);
+  EXPECT_EQ(edited->Doc().Units().front()->state.area.sy, before - 4);
 }
 
 INSTANTIATE_TEST_SUITE_P(Discs, ExchangedDisc, testing::Values("ntsc", "pal"),
