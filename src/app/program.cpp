@@ -2,6 +2,7 @@
 
 #include "base/paths.h"
 #include "base/platform.h"
+#include "ui/apply_all_dialog.h"
 #include "ui/progress_window.h"
 
 namespace quillomar {
@@ -13,6 +14,7 @@ Program::Program(FileSystem& files, Dialogs& dialogs, const ProgramPlace& place)
       window_(editor_, frontEnd_),
       mainRect_(window_),
       scanRect_(window_.Progress()),
+      applyAllRect_(window_.ApplyAll()),
       settings_(files, place) {
   settings_.Open("", false);
   session_.dataFolder = place.appData.value_or("");
@@ -41,6 +43,7 @@ void Program::BindSettings() {
   SettingsWindows windows;
   windows.main = &mainRect_;
   windows.scan = &scanRect_;
+  windows.applyAll = &applyAllRect_;
   BindAllSettings(settings_, session_.preferences, windows);
 }
 

@@ -42,6 +42,7 @@ class Program {
   MainWindow window_;
   WidgetRect mainRect_;
   WidgetRect scanRect_;
+  WidgetRect applyAllRect_;
   SettingsStore settings_;
 };
 

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
@@ -14,6 +15,7 @@
 
 #include "editor/editor.h"
 #include "settings/preferences.h"
+#include "ui/apply_all_dialog.h"
 #include "ui/control_names.h"
 #include "ui/info_pane.h"
 #include "ui/key_filter.h"
@@ -66,6 +68,7 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
       place_(new PlacePanel(editor, this)),
       time_(new TimePanel(editor, this)),
       preferences_(new PreferencesDialog(editor.Context(), frontEnd, this)),
+      applyAll_(new ApplyAllDialog(this)),
       keys_(new KeyFilter(editor, this)),
       progress_(new ProgressWindow(this)) {
   setObjectName("mainWindow");
@@ -112,14 +115,21 @@ QWidget* MainWindow::MakeTextSide() {
   return side;
 }
 
-QHBoxLayout* MainWindow::MakeButtons() {
-  reload_ = MakeCommandButton(CommandId::kReloadUnit, "&Reload subpic", "reloadSubpicture",
-                              "Reloads this subpic from disk");
-  save_ = MakeCommandButton(CommandId::kSaveAll, "Save &all", "saveAllButton",
-                            "Saves all the changes back to file.");
-  auto* const buttons = new QHBoxLayout;
-  buttons->addWidget(reload_);
-  buttons->addWidget(save_);
+QGridLayout* MainWindow::MakeButtons() {
+  auto* const buttons = new QGridLayout;
+  buttons->addWidget(MakeCommandButton(CommandId::kReloadUnit, "&Reload subpic", "reloadSubpicture",
+                                       "Reloads this subpic from disk"),
+                     0, 0);
+  buttons->addWidget(MakeCommandButton(CommandId::kSaveAll, "Save &all", "saveAllButton",
+                                       "Saves all the changes back to file."),
+                     0, 1);
+  buttons->addWidget(MakeCommandButton(CommandId::kReloadAll, "Reload all", "reloadAllButton",
+                                       "Reloads all selected subpics from disk"),
+                     1, 0);
+  buttons->addWidget(
+      MakeCommandButton(CommandId::kApplyLastToAll, "Apply to all", "applyToAllButton",
+                        "Apply these modifications to all selected subpics"),
+      1, 1);
   return buttons;
 }
 
@@ -139,6 +149,7 @@ QPushButton* MainWindow::MakeCommandButton(CommandId command, const QString& tex
   auto* const button = new QPushButton(text, this);
   NameControl(*button, objectName, QString(text).remove('&'), toolTip);
   connect(button, &QPushButton::clicked, this, [this, command] { editor_.Run(command); });
+  buttons_.push_back({command, button});
   return button;
 }
 
@@ -160,6 +171,10 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
   connect(&frontEnd, &QtFrontEnd::JobOver, this, &MainWindow::EndJob);
   connect(&frontEnd, &QtFrontEnd::CloseRequested, this, &MainWindow::close);
   connect(&frontEnd, &QtFrontEnd::PreferencesRequested, preferences_, &PreferencesDialog::exec);
+  connect(&frontEnd, &QtFrontEnd::ModificationsRequested, this,
+          [this](const ApplyAllChoices& offered, std::optional<ApplyAllChoices>& chosen) {
+            chosen = applyAll_->Choose(offered);
+          });
   connect(&frontEnd, &QtFrontEnd::ToolStarted, this, &MainWindow::WaitForTool);
   connect(&frontEnd, &QtFrontEnd::ToolEnded, this, &MainWindow::GoOnAfterTool);
   connect(preferences_, &PreferencesDialog::BackgroundChanged, this, &MainWindow::Refresh);
@@ -179,8 +194,9 @@ void MainWindow::Refresh() {
   look_->Show(view, editor_.Busy());
   place_->Show(view, editor_.Busy());
   time_->Show(view, editor_.Busy());
-  reload_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kReloadUnit)));
-  save_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kSaveAll)));
+  for (const auto& [command, button] : buttons_) {
+    button->setEnabled(editor_.Enabled(FindCommandById(command)));
+  }
   menus_->Update();
   ShowStatus();
 }

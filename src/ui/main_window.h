@@ -4,16 +4,18 @@
 #include <QPointer>
 #include <QTimer>
 #include <functional>
+#include <vector>
 
 #include "editor/command_table.h"
 
-class QHBoxLayout;
+class QGridLayout;
 class QLabel;
 class QPushButton;
 class QSplitter;
 
 namespace quillomar {
 
+class ApplyAllDialog;
 class CommandMenus;
 class Editor;
 class InfoPane;
@@ -39,6 +41,7 @@ class MainWindow final : public QMainWindow {
   void OnClosing(std::function<void()> action) { onClosing_ = std::move(action); }
 
   [[nodiscard]] ProgressWindow& Progress() { return *progress_; }
+  [[nodiscard]] ApplyAllDialog& ApplyAll() { return *applyAll_; }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -46,9 +49,14 @@ class MainWindow final : public QMainWindow {
   void dropEvent(QDropEvent* event) override;
 
  private:
+  struct CommandButton {
+    CommandId command;
+    QPushButton* button;
+  };
+
   [[nodiscard]] QWidget* MakePictureSide();
   [[nodiscard]] QWidget* MakeTextSide();
-  [[nodiscard]] QHBoxLayout* MakeButtons();
+  [[nodiscard]] QGridLayout* MakeButtons();
   [[nodiscard]] QWidget* MakeEditStrip();
   [[nodiscard]] QPushButton* MakeCommandButton(CommandId command, const QString& text,
                                                const QString& objectName, const QString& toolTip);
@@ -72,8 +80,8 @@ class MainWindow final : public QMainWindow {
   PlacePanel* place_;
   TimePanel* time_;
   PreferencesDialog* preferences_;
-  QPushButton* reload_ = nullptr;
-  QPushButton* save_ = nullptr;
+  ApplyAllDialog* applyAll_;
+  std::vector<CommandButton> buttons_;
   QLabel* videoStatus_ = nullptr;
   QLabel* listStatus_ = nullptr;
   CommandMenus* menus_ = nullptr;

@@ -60,6 +60,12 @@ bool QtFrontEnd::RunProgram(const std::string& program, const std::string& argum
   return ran;
 }
 
+std::optional<ApplyAllChoices> QtFrontEnd::ChooseModifications(const ApplyAllChoices& offered) {
+  std::optional<ApplyAllChoices> chosen;
+  emit ModificationsRequested(offered, chosen);
+  return chosen;
+}
+
 std::optional<Rgb> QtFrontEnd::ChooseColour(const std::string& title, Rgb start) {
   return dialogs_.ChooseColour(title, start);
 }

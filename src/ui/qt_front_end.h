@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <optional>
 
 #include "base/reporting.h"
 #include "editor/front_end.h"
@@ -26,6 +27,7 @@ class QtFrontEnd final : public QObject, public FrontEnd {
                                 const std::vector<std::string>& items) override;
   bool RunProgram(const std::string& program, const std::string& arguments,
                   const std::string& file) override;
+  std::optional<ApplyAllChoices> ChooseModifications(const ApplyAllChoices& offered) override;
   std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) override;
   bool OpenDocument(const std::string& pathOrUrl) override;
   void ShowMessage(const std::string& text) override;
@@ -43,6 +45,9 @@ class QtFrontEnd final : public QObject, public FrontEnd {
  signals:
   void CloseRequested();
   void PreferencesRequested();
+  // The answer goes into `chosen` before the signal returns.
+  void ModificationsRequested(const ApplyAllChoices& offered,
+                              std::optional<ApplyAllChoices>& chosen);
   // Another program has the user's attention, from here to its end.
   void ToolStarted(const QString& program);
   void ToolEnded();
