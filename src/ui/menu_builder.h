@@ -20,11 +20,13 @@ class CommandMenus final : public QObject {
  public:
   CommandMenus(Editor& editor, QMenuBar& bar);
 
-  // Greys what cannot run now.
+  // Greys what cannot run now and shows the recent files.
   void Update();
 
  private:
   void AddCommand(QMenu& menu, const Command& command);
+  void AddRecentFiles(QMenu& menu);
+  void UpdateRecentFiles();
 
   struct Entry {
     const Command* command;
@@ -33,6 +35,7 @@ class CommandMenus final : public QObject {
 
   Editor& editor_;
   std::vector<Entry> entries_;
+  std::vector<QAction*> recent_;  // by number of the entry; those without one are hidden
 };
 
 }  // namespace quillomar
