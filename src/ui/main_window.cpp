@@ -1,5 +1,6 @@
 #include "ui/main_window.h"
 
+#include <QAction>
 #include <QBoxLayout>
 #include <QCloseEvent>
 #include <QDropEvent>
@@ -109,10 +110,20 @@ QWidget* MainWindow::MakeTextSide() {
   side->setMinimumWidth(kTextSideWidth);
   auto* const layout = new QVBoxLayout(side);
   layout->setContentsMargins(0, 0, 0, 0);
+  AddContextMenu();
   layout->addWidget(selectors_);
   layout->addWidget(info_, 1);
   layout->addLayout(MakeButtons());
   return side;
+}
+
+void MainWindow::AddContextMenu() {
+  const Command& command = FindCommandById(CommandId::kSaveInfoText);
+  saveInfo_ = new QAction(QString::fromUtf8(command.text.data()), info_);
+  saveInfo_->setObjectName(QString::fromUtf8(command.name.data()));
+  connect(saveInfo_, &QAction::triggered, this, [this, id = command.id] { editor_.Run(id); });
+  info_->addAction(saveInfo_);
+  info_->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 QGridLayout* MainWindow::MakeButtons() {
@@ -197,6 +208,7 @@ void MainWindow::Refresh() {
   for (const auto& [command, button] : buttons_) {
     button->setEnabled(editor_.Enabled(FindCommandById(command)));
   }
+  saveInfo_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kSaveInfoText)));
   menus_->Update();
   ShowStatus();
 }

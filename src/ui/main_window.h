@@ -8,6 +8,7 @@
 
 #include "editor/command_table.h"
 
+class QAction;
 class QGridLayout;
 class QLabel;
 class QPushButton;
@@ -60,6 +61,7 @@ class MainWindow final : public QMainWindow {
   [[nodiscard]] QWidget* MakeEditStrip();
   [[nodiscard]] QPushButton* MakeCommandButton(CommandId command, const QString& text,
                                                const QString& objectName, const QString& toolTip);
+  void AddContextMenu();
   void MakeStatusBar();
   void ConnectFrontEnd(QtFrontEnd& frontEnd);
   void Refresh();
@@ -82,6 +84,7 @@ class MainWindow final : public QMainWindow {
   PreferencesDialog* preferences_;
   ApplyAllDialog* applyAll_;
   std::vector<CommandButton> buttons_;
+  QAction* saveInfo_ = nullptr;
   QLabel* videoStatus_ = nullptr;
   QLabel* listStatus_ = nullptr;
   CommandMenus* menus_ = nullptr;

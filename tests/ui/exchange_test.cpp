@@ -1,5 +1,6 @@
 // Subpictures as files of their own: bitmaps, the external editor, .sup files.
 
+#include <QAction>
 #include <QComboBox>
 #include <QMimeData>
 #include <QTimer>
@@ -137,6 +138,17 @@ TEST_F(ExchangeTest, AStreamIsSavedAsSupAndOpenedAgain) {
   Start({sup});
   EXPECT_EQ(Shown().count, vob.count);
   EXPECT_EQ(dialogs_.errors.size(), 1U);
+}
+
+TEST_F(ExchangeTest, TheInformationPanesMenuSavesTheInformationOfAll) {
+  Start({});
+  QAction& save = *Find<QWidget>("infoPane").actions().front();
+  EXPECT_EQ(save.text(), "Save all subpic info as text file");
+  EXPECT_FALSE(save.isEnabled());
+  StartOnDisc();
+  dialogs_.files = {disc_->Path("info.txt")};
+  Find<QWidget>("infoPane").actions().front()->trigger();
+  EXPECT_FALSE(FileBytes(disc_->Path("info.txt")).empty());
 }
 
 }  // namespace
