@@ -56,6 +56,8 @@ constexpr auto kCommands = std::to_array<Command>({
     {kCrop, "crop", Menu::kNone, "Crop the background of the current subpic", "Ctrl+E", kIdleWithUnit, &Editor::CropCurrent},
     {kHide, "hide", Menu::kNone, "Hide the current subpic", "Ctrl+H", kIdleWithUnit, &Editor::HideCurrent},
     {kSavePpm, "savePpm", Menu::kNone, "Save the current subpic as PPM file", "Ctrl+Shift+S", kIdleWithUnit, &Editor::SavePpm},
+    {kRetimeCurrent, "retimeCurrent", Menu::kNone, "Modify start time of current subpic", "", kIdleWithSet, &Editor::RetimeCurrent},
+    {kRetimeAll, "retimeAll", Menu::kNone, "Modify start time of all selected subpics", "", kIdleWithSet, &Editor::RetimeAll},
     {kRedraw, "redraw", Menu::kNone, "Redraw the window", "F5", kAlways, &Editor::Redraw},
 });
 // clang-format on

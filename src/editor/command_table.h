@@ -47,6 +47,8 @@ enum class CommandId {
   kCrop,
   kHide,
   kSavePpm,
+  kRetimeCurrent,
+  kRetimeAll,
   kRedraw,
 };
 

@@ -110,6 +110,8 @@ class Editor {
   void ReloadAll();
   void ApplyLast();
   void ApplyLastToAll();
+  void RetimeCurrent();
+  void RetimeAll();
   void Abort();
   void Exit();
   void ViewLog();
@@ -164,6 +166,7 @@ class Editor {
   void ReportUnopened(const std::string& path);
   void WarnIfOnly4x3();
   [[nodiscard]] bool UnitMayBeEdited();
+  [[nodiscard]] std::optional<double> ChooseStartChange(const std::string& title);
 
   Session& session_;
   FrontEnd& frontEnd_;

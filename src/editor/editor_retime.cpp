@@ -5,9 +5,9 @@
 namespace quillomar {
 
 bool Editor::MayRetime() {
-  if (busy_ || !selection_.Current()) return false;
+  if (busy_) return false;
   const VobFileSet& set = document_.Files();
-  if (set.FullTitleDomain() && !set.OpenedFromCache()) return true;
+  if (set.FullTitleDomain() && !set.OpenedFromCache()) return selection_.Current() != nullptr;
   std::string text =
       "Retiming subtitles is only possible in the title domain\n"
       "and if the entire domain is loaded.\n"
@@ -15,6 +15,22 @@ bool Editor::MayRetime() {
   if (set.OpenedFromCache()) text += ", or if you used the MRU list to open the files.";
   session_.reporter.ReportError(text);
   return false;
+}
+
+std::optional<double> Editor::ChooseStartChange(const std::string& title) {
+  if (!MayRetime()) return std::nullopt;
+  return frontEnd_.ChooseStartChange(
+      {title, session_.preferences.retimingSliderRange, document_.Standard()});
+}
+
+void Editor::RetimeCurrent() {
+  const auto seconds = ChooseStartChange("Change timing for the current subpic");
+  if (seconds) Retime({selection_.Current()}, *seconds);
+}
+
+void Editor::RetimeAll() {
+  const auto seconds = ChooseStartChange("Change timing for all selected subpics");
+  if (seconds) Retime(selection_.List(), *seconds);
 }
 
 void Editor::Retime(UnitList units, double seconds) {

@@ -7,6 +7,7 @@
 
 #include "base/job_control.h"
 #include "dvd/clut.h"
+#include "dvd/video_standard.h"
 #include "editor/last_modifications.h"
 
 namespace quillomar {
@@ -21,6 +22,13 @@ struct FileRequest {
   bool several = false;
   bool forSaving = false;
   int* filterIndex = nullptr;  // filter preselected and then chosen, from 0; null: the first
+};
+
+// What the question by how much to move start times is asked with.
+struct RetimeRequest {
+  std::string title;
+  double range = 0;  // seconds either way
+  VideoStandard standard = VideoStandard::kUnknown;
 };
 
 // Everything that a command may want from a front end beyond messages and questions. Called on the
@@ -41,6 +49,11 @@ class FrontEnd {
   // Which of the last modifications to apply to all; those not offered cannot be chosen. A front
   // end that cannot ask chooses nothing.
   virtual std::optional<ApplyAllChoices> ChooseModifications(const ApplyAllChoices& /*offered*/) {
+    return std::nullopt;
+  }
+  // Seconds by which start times are to change, below 0 for earlier; nothing when the user
+  // cancelled. A front end that cannot ask changes nothing.
+  virtual std::optional<double> ChooseStartChange(const RetimeRequest& /*request*/) {
     return std::nullopt;
   }
   virtual std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) = 0;

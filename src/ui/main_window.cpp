@@ -28,6 +28,7 @@
 #include "ui/preferences_dialog.h"
 #include "ui/progress_window.h"
 #include "ui/qt_front_end.h"
+#include "ui/retime_dialog.h"
 #include "ui/selector_panel.h"
 #include "ui/time_panel.h"
 
@@ -70,6 +71,7 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
       time_(new TimePanel(editor, this)),
       preferences_(new PreferencesDialog(editor.Context(), frontEnd, this)),
       applyAll_(new ApplyAllDialog(this)),
+      retime_(new RetimeDialog(this)),
       keys_(new KeyFilter(editor, this)),
       progress_(new ProgressWindow(this)) {
   setObjectName("mainWindow");
@@ -185,6 +187,10 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
   connect(&frontEnd, &QtFrontEnd::ModificationsRequested, this,
           [this](const ApplyAllChoices& offered, std::optional<ApplyAllChoices>& chosen) {
             chosen = applyAll_->Choose(offered);
+          });
+  connect(&frontEnd, &QtFrontEnd::StartChangeRequested, this,
+          [this](const RetimeRequest& request, std::optional<double>& seconds) {
+            seconds = retime_->Choose(request);
           });
   connect(&frontEnd, &QtFrontEnd::ToolStarted, this, &MainWindow::WaitForTool);
   connect(&frontEnd, &QtFrontEnd::ToolEnded, this, &MainWindow::GoOnAfterTool);

@@ -28,6 +28,7 @@ class PlacePanel;
 class PreferencesDialog;
 class ProgressWindow;
 class QtFrontEnd;
+class RetimeDialog;
 class SelectorPanel;
 class TimePanel;
 
@@ -83,6 +84,7 @@ class MainWindow final : public QMainWindow {
   TimePanel* time_;
   PreferencesDialog* preferences_;
   ApplyAllDialog* applyAll_;
+  RetimeDialog* retime_;
   std::vector<CommandButton> buttons_;
   QAction* saveInfo_ = nullptr;
   QLabel* videoStatus_ = nullptr;

@@ -66,6 +66,12 @@ std::optional<ApplyAllChoices> QtFrontEnd::ChooseModifications(const ApplyAllCho
   return chosen;
 }
 
+std::optional<double> QtFrontEnd::ChooseStartChange(const RetimeRequest& request) {
+  std::optional<double> seconds;
+  emit StartChangeRequested(request, seconds);
+  return seconds;
+}
+
 std::optional<Rgb> QtFrontEnd::ChooseColour(const std::string& title, Rgb start) {
   return dialogs_.ChooseColour(title, start);
 }

@@ -28,6 +28,7 @@ class QtFrontEnd final : public QObject, public FrontEnd {
   bool RunProgram(const std::string& program, const std::string& arguments,
                   const std::string& file) override;
   std::optional<ApplyAllChoices> ChooseModifications(const ApplyAllChoices& offered) override;
+  std::optional<double> ChooseStartChange(const RetimeRequest& request) override;
   std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) override;
   bool OpenDocument(const std::string& pathOrUrl) override;
   void ShowMessage(const std::string& text) override;
@@ -45,9 +46,10 @@ class QtFrontEnd final : public QObject, public FrontEnd {
  signals:
   void CloseRequested();
   void PreferencesRequested();
-  // The answer goes into `chosen` before the signal returns.
+  // The answers go into the last argument before the signal returns.
   void ModificationsRequested(const ApplyAllChoices& offered,
                               std::optional<ApplyAllChoices>& chosen);
+  void StartChangeRequested(const RetimeRequest& request, std::optional<double>& seconds);
   // Another program has the user's attention, from here to its end.
   void ToolStarted(const QString& program);
   void ToolEnded();

@@ -31,13 +31,17 @@ TimePanel::TimePanel(Editor& editor, QWidget* parent)
       start_(new QComboBox(this)),
       addFade_(new QPushButton("Add fade", this)),
       removeFade_(new QPushButton("Remove fade", this)),
-      hide_(new QPushButton("Hide", this)) {
+      hide_(new QPushButton("Hide", this)),
+      retime_(new QPushButton("Start time...", this)),
+      retimeAll_(new QPushButton("All start times...", this)) {
   setObjectName("timePanel");
   auto* const layout = new QGridLayout(this);
   AddDuration(*layout);
   AddStart(*layout);
   AddEffects(*layout);
-  OrderTabs({duration_, infinite_, durationSlider_, start_, addFade_, removeFade_, hide_});
+  AddRetiming(*layout);
+  OrderTabs({duration_, infinite_, durationSlider_, start_, addFade_, removeFade_, hide_, retime_,
+             retimeAll_});
 }
 
 // Where there is no end, a duration asks whether to add one; dragging asks only at its end.
@@ -92,6 +96,16 @@ void TimePanel::AddEffects(QGridLayout& layout) {
   layout.addWidget(hide_, 3, 2);
 }
 
+void TimePanel::AddRetiming(QGridLayout& layout) {
+  NameControl(*retime_, "retimeButton", "Start time", "Modify start time of current subpic");
+  NameControl(*retimeAll_, "retimeAllButton", "All start times",
+              "Modify start time of all selected subpics");
+  connect(retime_, &QPushButton::clicked, this, [this] { editor_.Run(CommandId::kRetimeCurrent); });
+  connect(retimeAll_, &QPushButton::clicked, this, [this] { editor_.Run(CommandId::kRetimeAll); });
+  layout.addWidget(retime_, 4, 0);
+  layout.addWidget(retimeAll_, 4, 1, 1, 2);
+}
+
 void TimePanel::Show(const View& view, bool busy) {
   const bool changeable = view.canEdit && !busy;
   const TimeView& time = view.time;
@@ -103,6 +117,8 @@ void TimePanel::Show(const View& view, bool busy) {
   addFade_->setEnabled(changeable && time.canAddFade);
   removeFade_->setEnabled(changeable && time.hasFade);
   hide_->setEnabled(changeable);
+  retime_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kRetimeCurrent)));
+  retimeAll_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kRetimeAll)));
 }
 
 void TimePanel::ShowDuration(const TimeView& time, bool changeable) {

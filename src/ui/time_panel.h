@@ -28,6 +28,7 @@ class TimePanel final : public QGroupBox {
   void AddDuration(QGridLayout& layout);
   void AddStart(QGridLayout& layout);
   void AddEffects(QGridLayout& layout);
+  void AddRetiming(QGridLayout& layout);
   void ShowDuration(const TimeView& time, bool changeable);
 
   Editor& editor_;
@@ -38,6 +39,8 @@ class TimePanel final : public QGroupBox {
   QPushButton* addFade_;
   QPushButton* removeFade_;
   QPushButton* hide_;
+  QPushButton* retime_;
+  QPushButton* retimeAll_;
 };
 
 }  // namespace quillomar
