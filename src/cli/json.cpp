@@ -1,28 +1,10 @@
 #include "cli/json.h"
 
-#include <cstdint>
-
 #include "base/format.h"
+#include "base/utf8.h"
 
 namespace quillomar {
 namespace {
-
-// Length of the UTF-8 sequence at the start of the text; 0 when there is none that is well formed.
-std::size_t SequenceLength(std::string_view text) {
-  const auto byte = [&text](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
-  const std::uint8_t first = byte(0);
-  if (first < 0x80) return 1;
-  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || text.size() < length) return 0;
-  std::uint32_t value = first & (0xFFU >> (length + 1));
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-    value = value << 6 | (byte(i) & 0x3FU);
-  }
-  constexpr std::uint32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
-  const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
-  return value < kSmallest[length] || value > 0x10FFFF || surrogate ? 0 : length;
-}
 
 std::string Escaped(char c) {
   if (c == '"') return "\\\"";
@@ -37,7 +19,7 @@ std::string Escaped(char c) {
 std::string JsonString(std::string_view text) {
   std::string out = "\"";
   while (!text.empty()) {
-    const std::size_t length = SequenceLength(text);
+    const std::size_t length = Utf8Length(text);
     if (length == 0) {
       out += "\\ufffd";
     } else if (length == 1) {

@@ -27,4 +27,14 @@ struct CharBox {
   return static_cast<int>(static_cast<float>(row - refRow) * slant);
 }
 
+inline constexpr int kUnknownType = 255;
+
+// The parts that the pixel types besides the background play in a text; 255 is unknown.
+struct TextRoles {
+  int textType = kUnknownType;
+  int outlineType = kUnknownType;
+  int otherType = kUnknownType;
+  friend bool operator==(const TextRoles&, const TextRoles&) = default;
+};
+
 }  // namespace quillomar

@@ -158,6 +158,7 @@ Result ReencodeBitmap(SubpictureUnit& unit, CropMargins margins, const SpuContex
   const auto bands = FindBandsAsFound(unit.state);
   if (!Failed(Replace(unit, encoded, area, context)) && !Failed(MoveAgain(unit, bands, context))) {
     unit.state.modified = before.modified || unit.state.bytes != before.bytes;
+    unit.MarkBoxesStale();
     return Result::kDone;
   }
   unit.state = before;

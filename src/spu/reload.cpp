@@ -25,6 +25,7 @@ Result TakeBytesAgain(SubpictureUnit& unit, Bytes bytes, int freeRoom, const Spu
     return Result::kFailed;
   }
   unit.ReleasePixels();
+  unit.MarkBoxesStale();
   const bool sequenceStays = unit.currentSequence < static_cast<int>(unit.state.sequences.size());
   SelectControlSequence(unit, sequenceStays ? unit.currentSequence : 0);
   return Result::kDone;

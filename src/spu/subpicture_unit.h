@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "base/file.h"
 #include "dvd/nav_pack.h"
 #include "dvd/sector.h"
+#include "spu/char_box.h"
 #include "spu/control_sequence.h"
 
 // A subpicture unit (SPU): a run-length coded bitmap of four pixel types and the control sequences
@@ -127,15 +129,22 @@ struct SubpictureUnit {
   std::int64_t globalTime = 0;  // ticks from the start of the set; follows state.pts
   std::uint32_t navLba = 0;     // LBA in set of its VOBU's nav pack
   Vcid vcid;
-  int stream = 0;                    // 0 to 31
-  int number = 0;                    // in the set, from 1
-  int numberInStream = 0;            // from 1
-  std::optional<int> clut;           // index into the cell map's CLUTs
-  Highlight highlight;               // buttons of a menu; empty without them
-  std::int64_t supPosition = -1;     // byte position of its record in a .sup file
-  std::vector<std::string> ocrText;  // lines recognised, UTF-8
-  bool complete = false;             // all bytes gathered
-  bool scrambled = false;            // some pack is scrambled; never written
+  int stream = 0;                 // 0 to 31
+  int number = 0;                 // in the set, from 1
+  int numberInStream = 0;         // from 1
+  std::optional<int> clut;        // index into the cell map's CLUTs
+  Highlight highlight;            // buttons of a menu; empty without them
+  std::int64_t supPosition = -1;  // byte position of its record in a .sup file
+  bool complete = false;          // all bytes gathered
+  bool scrambled = false;         // some pack is scrambled; never written
+
+  // The text as it was read from the bitmap.
+  std::vector<std::string> ocrText;       // lines, UTF-8
+  std::vector<std::string> savedOcrText;  // as first read, before anything was erased
+  std::vector<CharBox> charBoxes;
+  // Boxes held; 0: never read, negative: the bitmap has changed since.
+  int charBoxCount = 0;
+  TextRoles textRoles;
 
   // The bitmap: one byte for each pixel, rows of state.width bytes, row 0 on top; always the rows
   // of the area as found. Empty until decoded and after ReleasePixels.
@@ -152,6 +161,7 @@ struct SubpictureUnit {
   [[nodiscard]] std::uint32_t Lba() const { return packs.empty() ? 0 : packs.front().lba; }
   [[nodiscard]] std::uint8_t SubStreamId() const;
   [[nodiscard]] bool HasButtons() const { return !highlight.buttons.empty(); }
+  void MarkBoxesStale() { charBoxCount = -std::abs(charBoxCount); }
   void ReleasePixels() { std::vector<std::uint8_t>().swap(pixels); }
 };
 

@@ -1,0 +1,163 @@
+#include "ocr/cut_text.h"
+
+#include <algorithm>
+
+#include "base/format.h"
+#include "spu/position.h"
+
+namespace quillomar {
+namespace {
+
+constexpr int kBandMargin = 3;  // rows
+constexpr int kEndMargin = 5;   // columns beside text with nothing next to it
+constexpr int kSpaceMargin = 2;
+
+// The columns and rows that go with a range of boxes.
+class Cut {
+ public:
+  Cut(const SubpictureUnit& unit, BoxRange range) : unit_(unit), range_(range) {
+    if (At(range_.last).ch == kLineEnd && range_.last > range_.first) --range_.last;
+    FindBand();
+    FindEdges();
+  }
+
+  [[nodiscard]] int Top() const { return top_; }
+  [[nodiscard]] int Bottom() const { return bottom_; }
+  // Columns of a row of the bitmap.
+  [[nodiscard]] int Left(int row) const { return left_ - Shift(row); }
+  [[nodiscard]] int Right(int row) const { return right_ - Shift(row); }
+  [[nodiscard]] int Recentring() const { return (right_ - left_) / 2; }
+
+ private:
+  [[nodiscard]] const CharBox& At(int index) const {
+    return unit_.charBoxes[static_cast<std::size_t>(index)];
+  }
+  [[nodiscard]] bool IsInLine(int index) const {
+    return index >= 0 && index < static_cast<int>(unit_.charBoxes.size()) &&
+           At(index).ch != kLineEnd && At(index).ch != 0;
+  }
+  [[nodiscard]] int Shift(int row) const {
+    const CharBox& first = At(range_.first);
+    return SlantShift(row, first.lineRefRow, first.lineSlant);
+  }
+
+  void FindBand() {
+    int first = range_.first;
+    while (IsInLine(first - 1)) --first;
+    top_ = At(first).y0;
+    bottom_ = At(first).y1;
+    for (int i = first + 1; IsInLine(i); ++i) {
+      top_ = std::min(top_, At(i).y0);
+      bottom_ = std::max(bottom_, At(i).y1);
+    }
+    const int rows = static_cast<int>(unit_.pixels.size()) / unit_.state.width;
+    top_ = std::max(top_ - kBandMargin, 0);
+    bottom_ = std::min(bottom_ + kBandMargin, rows - 1);
+  }
+
+  void FindEdges() {
+    const CharBox& first = At(range_.first);
+    if (IsInLine(range_.first - 1)) {
+      const CharBox& previous = At(range_.first - 1);
+      left_ = (previous.x1 + first.x0 + 1) / 2;
+      if (previous.ch == U' ') left_ -= kSpaceMargin;
+    } else {
+      left_ = std::max(first.x0 - kEndMargin, LeftOfContent(first.x0));
+    }
+    const CharBox& last = At(range_.last);
+    right_ = last.x1 + kEndMargin;
+    if (IsInLine(range_.last + 1)) {
+      const CharBox& next = At(range_.last + 1);
+      right_ = (next.x0 + last.x1 + 1) / 2;
+      if (next.ch == U' ') right_ += kSpaceMargin;
+    }
+    right_ = std::max(right_, left_ - 1);
+  }
+
+  // Where no row begins left of the content; all rows get the same edge, or what stands behind it
+  // would be torn.
+  [[nodiscard]] int LeftOfContent(int furthest) const {
+    const int shift = std::max(Shift(top_), Shift(bottom_));
+    return std::min(furthest, unit_.state.statistics.box.left + shift);
+  }
+
+  const SubpictureUnit& unit_;
+  BoxRange range_;
+  int top_ = 0, bottom_ = 0;
+  int left_ = 0, right_ = 0;
+};
+
+// What stands left of the cut moves right; what stands right of it follows.
+void CutRow(std::span<std::uint8_t> row, int left, int right, int moveRight,
+            std::uint8_t background) {
+  const Bytes before(row.begin(), row.end());
+  std::fill(row.begin(), row.end(), background);
+  const int width = static_cast<int>(row.size());
+  for (int from = 0; from < width; ++from) {
+    if (from >= left && from <= right) continue;
+    const int to = from + moveRight - (from > right ? right - left + 1 : 0);
+    if (to < 0 || to >= width) continue;
+    row[static_cast<std::size_t>(to)] = before[static_cast<std::size_t>(from)];
+  }
+}
+
+// Line of the frame on which the content ends.
+int ScreenBottom(const SpuState& state) {
+  return state.area.sy - state.hiddenRows + state.statistics.box.bottom;
+}
+
+void AlignBottom(SubpictureUnit& unit, int bottomBefore, bool evenMoves,
+                 const SpuContext& context) {
+  const int rise = bottomBefore - ScreenBottom(unit.state);
+  if (unit.state.statistics.empty || rise <= 0) return;
+  if (Failed(MoveVertical(unit, unit.state.verticalOffset - rise, evenMoves, context))) {
+    context.reporter.LogLine(Format("Subpic %d could not be moved down", unit.number));
+  }
+}
+
+// `change` works on the pixels.
+template <typename Change>
+Result ChangeBitmap(SubpictureUnit& unit, const CutOptions& options, const SpuContext& context,
+                    Change change) {
+  if (Failed(DecodeBitmap(unit, context))) return Result::kFailed;
+  const int bottomBefore = ScreenBottom(unit.state);
+  change();
+  if (Failed(ReencodeBitmap(unit, options.margins, context))) {
+    context.reporter.ReportError(
+        Format("Couldn't erase text of subpic %d: the changed bitmap doesn't fit on the DVD",
+               unit.number));
+    return Result::kFailed;
+  }
+  if (options.alignBottom) AlignBottom(unit, bottomBefore, options.evenMoves, context);
+  return Result::kDone;
+}
+
+}  // namespace
+
+void CutBoxRange(SubpictureUnit& unit, BoxRange range, bool recenter) {
+  const Cut cut(unit, range);
+  const auto background = static_cast<std::uint8_t>(unit.state.statistics.backgroundType);
+  const auto width = static_cast<std::size_t>(unit.state.width);
+  for (int y = cut.Top(); y <= cut.Bottom(); ++y) {
+    const std::span row(unit.pixels.data() + static_cast<std::size_t>(y) * width, width);
+    CutRow(row, cut.Left(y), cut.Right(y), recenter ? cut.Recentring() : 0, background);
+  }
+}
+
+Result CutText(SubpictureUnit& unit, std::span<const BoxRange> ranges, const CutOptions& options,
+               const SpuContext& context) {
+  return ChangeBitmap(unit, options, context, [&] {
+    for (const BoxRange& range : ranges) CutBoxRange(unit, range, options.recenter);
+  });
+}
+
+Result CutAllText(SubpictureUnit& unit, const CutOptions& options, const SpuContext& context) {
+  CutOptions inPlace = options;
+  inPlace.alignBottom = false;
+  return ChangeBitmap(unit, inPlace, context, [&] {
+    std::fill(unit.pixels.begin(), unit.pixels.end(),
+              static_cast<std::uint8_t>(unit.state.statistics.backgroundType));
+  });
+}
+
+}  // namespace quillomar
