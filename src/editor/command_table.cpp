@@ -10,6 +10,7 @@ namespace {
 
 using enum CommandId;
 using enum Guard;
+using enum KeyScope;
 
 constexpr CommandHandler kNotBuilt = nullptr;
 
@@ -49,16 +50,37 @@ constexpr auto kCommands = std::to_array<Command>({
     {kSaveSrt, "saveSrt", Menu::kNone, "Save OCR output as .srt file", "", kIdleWithUnit, &Editor::SaveSrt},
     {kSaveInfoText, "saveInfoText", Menu::kNone, "Save all subpic info as text file", "", kIdleWithUnit, &Editor::SaveInfoText},
     {kOpenMostRecent, "openMostRecent", Menu::kNone, "Open the most recent file set", "Ctrl+O", kIdle, &Editor::OpenMostRecent},
-    {kPrevious, "previous", Menu::kNone, "Previous subpic", "Left", kAlways, &Editor::GoPrevious},
-    {kNext, "next", Menu::kNone, "Next subpic", "Right", kAlways, &Editor::GoNext},
-    {kFirst, "first", Menu::kNone, "First subpic", "Home", kAlways, &Editor::GoFirst},
-    {kLast, "last", Menu::kNone, "Last subpic", "End", kAlways, &Editor::GoLast},
+    {kPrevious, "previous", Menu::kNone, "Previous subpic", "Left", kAlways, &Editor::GoPrevious, false, kNotInText},
+    {kNext, "next", Menu::kNone, "Next subpic", "Right", kAlways, &Editor::GoNext, false, kNotInText},
+    {kFirst, "first", Menu::kNone, "First subpic", "Home", kAlways, &Editor::GoFirst, false, kNotInText},
+    {kLast, "last", Menu::kNone, "Last subpic", "End", kAlways, &Editor::GoLast, false, kNotInText},
     {kCrop, "crop", Menu::kNone, "Crop the background of the current subpic", "Ctrl+E", kIdleWithUnit, &Editor::CropCurrent},
     {kHide, "hide", Menu::kNone, "Hide the current subpic", "Ctrl+H", kIdleWithUnit, &Editor::HideCurrent},
     {kSavePpm, "savePpm", Menu::kNone, "Save the current subpic as PPM file", "Ctrl+Shift+S", kIdleWithUnit, &Editor::SavePpm},
     {kRetimeCurrent, "retimeCurrent", Menu::kNone, "Modify start time of current subpic", "", kIdleWithSet, &Editor::RetimeCurrent},
     {kRetimeAll, "retimeAll", Menu::kNone, "Modify start time of all selected subpics", "", kIdleWithSet, &Editor::RetimeAll},
     {kRedraw, "redraw", Menu::kNone, "Redraw the window", "F5", kAlways, &Editor::Redraw},
+    {kFindPrevious, "findPrevious", Menu::kNone, "Find the previous subpic that holds the search string", "Shift+F3", kIdleWithUnit, &Editor::FindPrevious},
+    {kFindNext, "findNext", Menu::kNone, "Find the next subpic that holds the search string", "F3", kIdleWithUnit, &Editor::FindNext},
+    {kFocusCharacters, "focusCharacters", Menu::kNone, "Type characters to be found in subpics", "Ctrl+G", kIdleWithSet, &Editor::FocusCharacters},
+    {kSwitchClut, "switchClut", Menu::kNone, "Show the other of IFO CLUT and automatic CLUT", "Ctrl+D", kIdleWithUnit, &Editor::SwitchClut},
+    {kButton1, "button1", Menu::kNone, "Show menu button 1", "Ctrl+1", kIdleWithUnit, &Editor::ChooseButton<0>},
+    {kButton2, "button2", Menu::kNone, "Show menu button 2", "Ctrl+2", kIdleWithUnit, &Editor::ChooseButton<1>},
+    {kButton3, "button3", Menu::kNone, "Show menu button 3", "Ctrl+3", kIdleWithUnit, &Editor::ChooseButton<2>},
+    {kButton4, "button4", Menu::kNone, "Show menu button 4", "Ctrl+4", kIdleWithUnit, &Editor::ChooseButton<3>},
+    {kButton5, "button5", Menu::kNone, "Show menu button 5", "Ctrl+5", kIdleWithUnit, &Editor::ChooseButton<4>},
+    {kButton6, "button6", Menu::kNone, "Show menu button 6", "Ctrl+6", kIdleWithUnit, &Editor::ChooseButton<5>},
+    {kButton7, "button7", Menu::kNone, "Show menu button 7", "Ctrl+7", kIdleWithUnit, &Editor::ChooseButton<6>},
+    {kButton8, "button8", Menu::kNone, "Show menu button 8", "Ctrl+8", kIdleWithUnit, &Editor::ChooseButton<7>},
+    {kButton9, "button9", Menu::kNone, "Show menu button 9", "Ctrl+9", kIdleWithUnit, &Editor::ChooseButton<8>},
+    {kButton10, "button10", Menu::kNone, "Show menu button 10", "Ctrl+0", kIdleWithUnit, &Editor::ChooseButton<9>},
+    {kPreviousButton, "previousButton", Menu::kNone, "Show the previous menu button", "Ctrl+P", kIdleWithUnit, &Editor::PreviousButton},
+    {kNextButton, "nextButton", Menu::kNone, "Show the next menu button", "Ctrl+N", kIdleWithUnit, &Editor::NextButton},
+    {kSwitchHighlight, "switchHighlight", Menu::kNone, "Show menu buttons selected or activated", "Ctrl+Q", kIdleWithUnit, &Editor::SwitchHighlight},
+    {kPlay, "play", Menu::kNone, "Start or stop playback", "Space", kIdleWithUnit, kNotBuilt, false, kNotInText},
+    {kPreviousAudio, "previousAudio", Menu::kNone, "Select the previous audio stream for playback", "Ctrl+Shift+M", kIdleWithSet, kNotBuilt},
+    {kNextAudio, "nextAudio", Menu::kNone, "Select the next audio stream for playback", "Ctrl+M", kIdleWithSet, kNotBuilt},
+    {kEraseOcrText, "eraseOcrText", Menu::kNone, "Erase the selected text from the OCR output and the bitmap", "Del; Backspace; Ctrl+X", kIdleWithUnit, kNotBuilt, false, kOcrText},
 });
 // clang-format on
 

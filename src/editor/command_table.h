@@ -50,6 +50,27 @@ enum class CommandId {
   kRetimeCurrent,
   kRetimeAll,
   kRedraw,
+  kFindPrevious,
+  kFindNext,
+  kFocusCharacters,
+  kSwitchClut,
+  kButton1,
+  kButton2,
+  kButton3,
+  kButton4,
+  kButton5,
+  kButton6,
+  kButton7,
+  kButton8,
+  kButton9,
+  kButton10,
+  kPreviousButton,
+  kNextButton,
+  kSwitchHighlight,
+  kPlay,
+  kPreviousAudio,
+  kNextAudio,
+  kEraseOcrText,
 };
 
 // When a command may run. A command whose guard does not hold does nothing, without a word.
@@ -60,6 +81,13 @@ enum class Guard {
   kIdleWithUnit,  // and there is a current subpicture
 };
 
+// Where a key is the command's. A box that takes free text keeps all keys that are pressed in it.
+enum class KeyScope {
+  kWindow,     // everywhere else
+  kNotInText,  // nor where text is walked through or written: it moves the cursor there
+  kOcrText,    // in the recognised text alone
+};
+
 using CommandHandler = void (Editor::*)();
 
 struct Command {
@@ -67,10 +95,11 @@ struct Command {
   std::string_view name;  // stable, for object names
   Menu menu;
   std::string_view text;  // as the menu shows it, with its key behind a tabulator
-  std::string_view key;   // portable key sequence such as "Ctrl+S"; empty without one
+  std::string_view key;   // "Ctrl+S"; several are joined by "; "; empty without one
   Guard guard;
   CommandHandler handler;  // null: not available yet, shown greyed
   bool separatorBefore = false;
+  KeyScope scope = KeyScope::kWindow;
 };
 
 // All commands in the order of the menus.

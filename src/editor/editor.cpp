@@ -87,7 +87,11 @@ void Editor::RefillList() {
 
 void Editor::UpdateView() {
   if (jobChangesUnits_) return;
-  view_ = BuildView(document_, selection_, session_.preferences, {onlyType_, automaticClut_});
+  if (const UnitPointer current = selection_.Current(); current != shown_) {
+    shown_ = current;
+    look_.button = 0;
+  }
+  view_ = BuildView(document_, selection_, session_.preferences, look_);
   view_.canEdit = view_.hasUnit && !busy_;
   if (!busy_) view_.aspect = document_.Results().aspect;
   frontEnd_.Refresh();
@@ -111,6 +115,7 @@ void Editor::Redraw() {
 
 void Editor::ShowPreferences() {
   frontEnd_.ShowPreferences();
+  if (selection_.filter.search) FilterBySearchText(true);
   UpdateView();
 }
 

@@ -15,6 +15,7 @@
 #include "editor/session.h"
 #include "editor/unit_edits.h"
 #include "editor/view.h"
+#include "editor/view_options.h"
 
 namespace quillomar {
 
@@ -58,6 +59,15 @@ class Editor {
   void SetForcedOnly(bool on);
   // Shows one pixel type alone; again: all.
   void ToggleOnlyType(int pixelType);
+  // Lists only units whose recognised text holds one of these characters; nothing: no such filter.
+  // An empty text filters nothing.
+  void FilterByCharacters(std::optional<std::string> characters);
+  // What FindNext and FindPrevious look for.
+  void SetSearchText(const std::string& text);
+  // Lists only units whose recognised text holds the search text, if there is one.
+  void FilterBySearchText(bool on);
+  // Shows all pixel types but the background opaque.
+  void IgnoreTransparency(bool on);
 
   // Edits of the current unit.
   void SetColour(int pixelType, int clutEntry);
@@ -125,6 +135,18 @@ class Editor {
   void GoFirst();
   void GoLast();
   void Redraw();
+  void FindPrevious();
+  void FindNext();
+  void FocusCharacters();
+  void SwitchClut();
+  // Menu buttons are counted from 0.
+  template <int kButton>
+  void ChooseButton() {
+    ShowButton(kButton);
+  }
+  void PreviousButton();
+  void NextButton();
+  void SwitchHighlight();
 
   // While a job runs: percent line into the log, growing list. Called about every 200 ms.
   void Tick();
@@ -141,6 +163,9 @@ class Editor {
   using Work = std::function<void()>;
 
   void EditCurrent(const UnitEdits& edits);
+  [[nodiscard]] TextSearch MakeSearch() const;
+  void Find(int direction);
+  void ShowButton(int button);
   void OpenSupFile(const std::string& path);
   void ChooseIfo();
   [[nodiscard]] std::string ProposedBitmapName() const;
@@ -176,8 +201,9 @@ class Editor {
   Selection selection_;
   LastModifications last_;
   View view_;
-  std::optional<int> onlyType_;
-  bool automaticClut_ = false;
+  ViewOptions look_;
+  std::string searchText_;
+  UnitPointer shown_;  // the unit in the view
   bool busy_ = false;
   bool jobChangesUnits_ = false;  // the view must not look at units until the job has ended
   int ticks_ = 0;

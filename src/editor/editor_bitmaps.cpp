@@ -34,7 +34,7 @@ ExchangeColours Editor::ExchangeColoursOfCurrent() {
   const SubpictureUnit& unit = *selection_.Current();
   const ExchangeColours colours =
       ColoursForExchange(unit, ClutOfUnit(document_, unit), AutomaticDefaults(session_.preferences),
-                         automaticClut_ ? PaletteChoice::kAutomatic : PaletteChoice::kIfo);
+                         look_.automaticClut ? PaletteChoice::kAutomatic : PaletteChoice::kIfo);
   if (colours.replaced && session_.preferences.warnOnBitmapImport != 0) {
     session_.reporter.ReportError(kEqualColoursWarning);
   }
@@ -100,11 +100,11 @@ void Editor::EditBitmap() {
   if (preferences.bitmapToolPath.empty()) return;
   const std::string path = JoinPath(EnvironmentVariable("TEMP").value_or(""), kTemporaryBitmap);
   const ExchangeColours colours = ExchangeColoursOfCurrent();
-  const bool chosen = automaticClut_;
-  automaticClut_ = chosen || colours.replaced;
+  const bool chosen = look_.automaticClut;
+  look_.automaticClut = chosen || colours.replaced;
   UpdateView();
   EditWithTool(path, colours.colours);
-  automaticClut_ = chosen;
+  look_.automaticClut = chosen;
   UpdateView();
 }
 

@@ -77,7 +77,7 @@ void Editor::ChooseSequence(int entry) {
 }
 
 void Editor::ToggleOnlyType(int pixelType) {
-  onlyType_ = onlyType_ == pixelType ? std::nullopt : std::optional<int>(pixelType);
+  look_.onlyType = look_.onlyType == pixelType ? std::nullopt : std::optional<int>(pixelType);
   UpdateView();
 }
 

@@ -43,8 +43,7 @@ void Editor::CloseFiles() {
   document_.Reset();
   selection_.Clear();
   last_ = {};
-  onlyType_.reset();
-  automaticClut_ = false;
+  look_ = {};
   UpdateView();
 }
 

@@ -65,7 +65,7 @@ void Editor::RemoveFade() {
 }
 
 void Editor::UseAutomaticClut(bool automatic) {
-  automaticClut_ = automatic;
+  look_.automaticClut = automatic;
   UpdateView();
 }
 

@@ -69,6 +69,10 @@ class FrontEnd {
   // Address of one of the program's own pages, by file name.
   virtual std::string PageAddress(const std::string& page) = 0;
   virtual void CloseWindow() = 0;
+  // A sound says that nothing was found.
+  virtual void Beep() {}
+  // Brings the keyboard to the box for the characters to be found, and empties it.
+  virtual void FocusCharacters() {}
 
   // The file set, the list or the current unit has changed: show it anew.
   virtual void Refresh() = 0;

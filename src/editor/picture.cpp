@@ -6,15 +6,19 @@ namespace quillomar {
 namespace {
 
 constexpr int kOpaque = 15;
-constexpr int kBytesPerPixel = 4;
 // 15 steps of alpha spread over 0 to 255.
 constexpr int kAlphaScale = 17;
 
-using Pixel = std::array<std::uint8_t, kBytesPerPixel>;
+Rgb FromSetting(std::int32_t colour) {
+  const ColourBytes bytes = SplitColour(colour);
+  return {bytes.red, bytes.green, bytes.blue};
+}
 
-std::array<Pixel, kPixelTypes> MakePixels(const DisplayPalette& palette,
-                                          std::optional<int> onlyType) {
-  std::array<Pixel, kPixelTypes> pixels{};
+}  // namespace
+
+std::array<RgbaPixel, kPixelTypes> MakePixels(const DisplayPalette& palette,
+                                              std::optional<int> onlyType) {
+  std::array<RgbaPixel, kPixelTypes> pixels{};
   for (std::size_t type = 0; type < kPixelTypes; ++type) {
     const Rgb colour = palette.colours[type];
     const bool hidden = onlyType && static_cast<int>(type) != *onlyType;
@@ -24,12 +28,13 @@ std::array<Pixel, kPixelTypes> MakePixels(const DisplayPalette& palette,
   return pixels;
 }
 
-Rgb FromSetting(std::int32_t colour) {
-  const ColourBytes bytes = SplitColour(colour);
-  return {bytes.red, bytes.green, bytes.blue};
+void IgnoreTransparency(const SubpictureUnit& unit, DisplayPalette& palette) {
+  for (std::size_t type = 0; type < kPixelTypes; ++type) {
+    if (static_cast<int>(type) != unit.state.statistics.backgroundType) {
+      palette.alphas[type] = kOpaque;
+    }
+  }
 }
-
-}  // namespace
 
 TypeColours AutomaticDefaults(const Preferences& preferences) {
   return {FromSetting(preferences.autoBackgroundColour), FromSetting(preferences.autoPatternColour),
@@ -54,9 +59,9 @@ SubpicturePicture ComposePicture(const SubpictureUnit& unit, const DisplayPalett
   const ShownBitmap shown = FindShownBitmap(unit);
   SubpicturePicture picture{shown.x, shown.y, shown.width, shown.height, {}};
   const auto pixels = MakePixels(palette, onlyType);
-  picture.rgba.reserve(shown.pixels.size() * kBytesPerPixel);
+  picture.rgba.reserve(shown.pixels.size() * sizeof(RgbaPixel));
   for (const std::uint8_t type : shown.pixels) {
-    const Pixel& pixel = pixels.at(type);
+    const RgbaPixel& pixel = pixels.at(type);
     picture.rgba.insert(picture.rgba.end(), pixel.begin(), pixel.end());
   }
   return picture;

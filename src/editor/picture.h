@@ -23,6 +23,16 @@ struct DisplayPalette {
 // The automatic colours as the preferences have them.
 [[nodiscard]] TypeColours AutomaticDefaults(const Preferences& preferences);
 
+// One pixel of a picture: red, green, blue, alpha.
+using RgbaPixel = std::array<std::uint8_t, 4>;
+
+// The four types as pixels; with `onlyType`, the others are invisible.
+[[nodiscard]] std::array<RgbaPixel, kPixelTypes> MakePixels(const DisplayPalette& palette,
+                                                            std::optional<int> onlyType);
+
+// All types but the background become opaque. The unit's bitmap must be decoded.
+void IgnoreTransparency(const SubpictureUnit& unit, DisplayPalette& palette);
+
 // Colours come from the CLUT through the unit's set-colour command; without either they are the
 // automatic ones of the preferences. A unit without a set-contrast command shows all types opaque.
 [[nodiscard]] DisplayPalette MakeDisplayPalette(const SubpictureUnit& unit, const ClutRecord* clut,

@@ -11,7 +11,9 @@ bool ListFilter::Passes(const SubpictureUnit& unit) const {
   if (stream && unit.stream != *stream) return false;
   if (vcid && unit.vcid != *vcid) return false;
   if (modifiedOnly && !unit.state.modified) return false;
-  return !forcedOnly || IsForced(unit);
+  if (forcedOnly && !IsForced(unit)) return false;
+  if (characters && !characters->empty() && !HoldsAnyOf(unit.ocrText, *characters)) return false;
+  return !search || search->FoundIn(unit.ocrText);
 }
 
 void Selection::Refill(const UnitList& all) {

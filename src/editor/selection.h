@@ -1,9 +1,11 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "dvd/sector.h"
 #include "editor/document.h"
+#include "editor/text_search.h"
 
 namespace quillomar {
 
@@ -13,6 +15,8 @@ struct ListFilter {
   std::optional<Vcid> vcid;   // nothing: all
   bool modifiedOnly = false;
   bool forcedOnly = false;
+  std::optional<std::string> characters = {};  // one of these in the recognised text; empty: all
+  std::optional<TextSearch> search = {};
 
   [[nodiscard]] bool Passes(const SubpictureUnit& unit) const;
 };

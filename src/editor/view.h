@@ -8,6 +8,7 @@
 #include "dvd/sector.h"
 #include "dvd/video_standard.h"
 #include "editor/picture.h"
+#include "editor/view_options.h"
 #include "spu/duration.h"
 
 namespace quillomar {
@@ -68,9 +69,9 @@ struct View {
   std::array<Swatch, kPixelTypes> swatches;
   std::optional<RgbClut> clut;
   std::string clutTooltip;
-  std::optional<int> onlyType;  // the one pixel type that the picture shows; nothing: all
-  int textAlpha = 0;            // transparency slider, 0 to 15
-  bool automaticClut = false;   // pixel types in the automatic colours, though a CLUT is known
+  ViewOptions options;  // as the picture follows them
+  int buttonCount = 0;  // of a menu
+  int textAlpha = 0;    // transparency slider, 0 to 15
   PlaceView place;
   TimeView time;
   bool canEdit = false;  // unit and its set may be changed

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/format.h"
+#include "editor/highlight.h"
 #include "editor/info_text.h"
 #include "spu/colour_edit.h"
 #include "spu/run_length.h"
@@ -67,18 +68,27 @@ void FillClut(const ClutRecord* clut, View& view) {
                                   clut->languageUnit, clut->pgc, hint);
 }
 
+SubpicturePicture ShownPicture(const SubpictureUnit& unit, DisplayPalette palette,
+                               const ClutRecord* clut, const ViewOptions& options) {
+  if (options.ignoreTransparency) IgnoreTransparency(unit, palette);
+  SubpicturePicture picture = ComposePicture(unit, palette, options.onlyType);
+  const auto highlight = FindHighlight(unit, clut, palette, options);
+  if (highlight) PaintHighlight(unit, *highlight, options.onlyType, picture);
+  return picture;
+}
+
 void FillUnit(Document& document, SubpictureUnit& unit, const Preferences& preferences,
               const ViewOptions& options, View& view) {
   const SpuContext context = document.Context();
   const ClutRecord* const clut = ClutOfUnit(document, unit);
-  const DisplayPalette palette =
-      MakeDisplayPalette(unit, options.automaticClut ? nullptr : clut, preferences);
+  const ClutRecord* const shownClut = options.automaticClut ? nullptr : clut;
+  const DisplayPalette palette = MakeDisplayPalette(unit, shownClut, preferences);
   if (!Failed(NeedBitmap(unit, context))) {
-    view.picture = ComposePicture(unit, palette, options.onlyType);
+    view.picture = ShownPicture(unit, palette, shownClut, options);
   }
   view.hasUnit = true;
-  view.onlyType = options.onlyType;
-  view.automaticClut = options.automaticClut;
+  view.options = options;
+  view.buttonCount = static_cast<int>(unit.highlight.buttons.size());
   view.place = BuildPlaceView(unit, preferences, context.standard);
   view.time = BuildTimeView(document, unit);
   view.infoRtf = InfoRtf(unit, context.standard);

@@ -5,14 +5,11 @@
 #include "editor/document.h"
 #include "editor/selection.h"
 #include "editor/view.h"
+#include "editor/view_options.h"
 
 namespace quillomar {
 
 // Takes the snapshot that the window shows. Decodes the current unit's bitmap.
-struct ViewOptions {
-  std::optional<int> onlyType;
-  bool automaticClut = false;
-};
 [[nodiscard]] View BuildView(Document& document, const Selection& selection,
                              const Preferences& preferences, const ViewOptions& options);
 

@@ -117,4 +117,8 @@ bool QtDialogs::OpenDocument(const std::string& pathOrUrl) {
   return QDesktopServices::openUrl(url);
 }
 
+void QtDialogs::Beep() {
+  QApplication::beep();
+}
+
 }  // namespace quillomar

@@ -31,6 +31,7 @@ class Dialogs {
                                         const std::vector<std::string>& items) = 0;
   virtual std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) = 0;
   virtual bool OpenDocument(const std::string& pathOrUrl) = 0;
+  virtual void Beep() = 0;
 };
 
 // The real ones.
@@ -49,6 +50,7 @@ class QtDialogs final : public Dialogs {
                                 const std::vector<std::string>& items) override;
   std::optional<Rgb> ChooseColour(const std::string& title, Rgb start) override;
   bool OpenDocument(const std::string& pathOrUrl) override;
+  void Beep() override;
 
  private:
   // What a dialog belongs to: the one that is open, else the window.

@@ -1,12 +1,13 @@
 #include "ui/key_filter.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
-#include <QLineEdit>
-#include <QSpinBox>
 #include <algorithm>
 
 #include "editor/editor.h"
+#include "ui/kept_keys.h"
+#include "ui/swatch_button.h"
 
 namespace quillomar {
 namespace {
@@ -15,10 +16,29 @@ QString ToQString(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// The box inside a number control takes digits only, which are no command's keys.
-bool IsFreeTextBox(const QWidget* widget) {
-  return qobject_cast<const QLineEdit*>(widget) != nullptr &&
-         qobject_cast<const QAbstractSpinBox*>(widget->parentWidget()) == nullptr;
+// Space is a command's key, so Return presses a button that has the focus. Buttons that do
+// something of their own on Return are left to it.
+bool PressedByReturn(const QEvent& event) {
+  if (event.type() != QEvent::KeyPress) return false;
+  const auto& key = static_cast<const QKeyEvent&>(event);
+  const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+  auto* const button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+  if (!isReturn || button == nullptr || qobject_cast<SwatchButton*>(button) != nullptr)
+    return false;
+  button->click();
+  return true;
+}
+
+bool LeavesKey(KeyScope scope, KeptKeys kept) {
+  switch (scope) {
+    case KeyScope::kWindow:
+      return true;
+    case KeyScope::kNotInText:
+      return kept == KeptKeys::kNone;
+    case KeyScope::kOcrText:
+      return kept == KeptKeys::kText;
+  }
+  return false;
 }
 
 }  // namespace
@@ -26,8 +46,9 @@ bool IsFreeTextBox(const QWidget* widget) {
 KeyFilter::KeyFilter(Editor& editor, QObject* parent) : QObject(parent), editor_(editor) {
   for (const Command& command : Commands()) {
     if (command.key.empty() || command.handler == nullptr) continue;
-    const QKeySequence key(ToQString(command.key), QKeySequence::PortableText);
-    commands_.insert(key, command.id);
+    for (const QKeySequence& key : QKeySequence::listFromString(ToQString(command.key))) {
+      commands_.insert(key, command.id);
+    }
   }
   qApp->installEventFilter(this);
 }
@@ -36,7 +57,8 @@ bool KeyFilter::Watches(const QObject* receiver) const {
   const auto* const widget = qobject_cast<const QWidget*>(receiver);
   if (widget == nullptr || !widget->window()->isEnabled() ||
       QApplication::activePopupWidget() != nullptr ||
-      QApplication::activeModalWidget() != nullptr || IsFreeTextBox(QApplication::focusWidget())) {
+      QApplication::activeModalWidget() != nullptr ||
+      KeysKeptBy(QApplication::focusWidget()) == KeptKeys::kAll) {
     return false;
   }
   return std::find(windows_.begin(), windows_.end(), widget->window()) != windows_.end();
@@ -45,21 +67,22 @@ bool KeyFilter::Watches(const QObject* receiver) const {
 bool KeyFilter::eventFilter(QObject* watched, QEvent* event) {
   const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
   if (!isKey || !Watches(watched)) return QObject::eventFilter(watched, event);
-  auto& key = static_cast<QKeyEvent&>(*event);
-  if (event->type() == QEvent::KeyPress) return RunCommandOf(key);
+  const auto command = CommandOf(static_cast<const QKeyEvent&>(*event));
+  if (!command) return PressedByReturn(*event) || QObject::eventFilter(watched, event);
   // Claims the key, so that no shortcut of a control takes it first.
-  const bool ours = commands_.contains(QKeySequence(key.keyCombination()));
-  if (ours) event->accept();
-  return ours;
+  event->accept();
+  if (event->type() == QEvent::KeyPress) editor_.Run(*command);
+  return true;
 }
 
-bool KeyFilter::RunCommandOf(const QKeyEvent& event) {
+std::optional<CommandId> KeyFilter::CommandOf(const QKeyEvent& event) const {
   const auto keypad = Qt::KeyboardModifiers(Qt::KeypadModifier);
   const QKeySequence pressed(QKeyCombination(event.modifiers() & ~keypad, Qt::Key(event.key())));
   const auto found = commands_.constFind(pressed);
-  if (found == commands_.constEnd()) return false;
-  editor_.Run(*found);
-  return true;
+  if (found == commands_.constEnd()) return std::nullopt;
+  const KeyScope scope = FindCommandById(*found).scope;
+  if (!LeavesKey(scope, KeysKeptBy(QApplication::focusWidget()))) return std::nullopt;
+  return *found;
 }
 
 }  // namespace quillomar

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QKeySequence>
 #include <QObject>
+#include <optional>
 #include <vector>
 
 #include "editor/command_table.h"
@@ -15,8 +16,8 @@ namespace quillomar {
 class Editor;
 
 // Gives key presses to the commands before the controls see them. Keys of commands that are not
-// built, and all keys while a free-text box has the focus, stay with the controls; so do those for
-// other windows, menus and pop-ups.
+// built, and those that the control with the focus keeps, stay with the controls; so do those for
+// other windows, menus and pop-ups. Return presses the button that has the focus.
 class KeyFilter final : public QObject {
   Q_OBJECT
 
@@ -31,7 +32,8 @@ class KeyFilter final : public QObject {
 
  private:
   [[nodiscard]] bool Watches(const QObject* receiver) const;
-  bool RunCommandOf(const QKeyEvent& event);
+  // The command whose key this is where the focus now stands.
+  [[nodiscard]] std::optional<CommandId> CommandOf(const QKeyEvent& event) const;
 
   Editor& editor_;
   QHash<QKeySequence, CommandId> commands_;

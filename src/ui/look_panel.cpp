@@ -1,5 +1,6 @@
 #include "ui/look_panel.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -16,7 +17,7 @@ namespace quillomar {
 namespace {
 
 enum Column { kLetterColumn, kSwatchColumn, kGapColumn, kLabelColumn, kChoiceColumn };
-enum Row { kPixelsRow, kScaleRow, kSliderRow, kClutRow };
+enum Row { kPixelsRow, kScaleRow, kSliderRow, kClutRow, kOpaqueRow };
 
 constexpr int kGap = 4;
 constexpr int kOpaque = 15;
@@ -41,17 +42,19 @@ LookPanel::LookPanel(Editor& editor, QWidget* parent)
       slider_(new QSlider(Qt::Horizontal, this)),
       value_(new QLabel(this)),
       cluts_(new QComboBox(this)),
+      opaque_(new QCheckBox("Ignore transparency", this)),
       popup_(new ClutPopup(this)) {
   setObjectName("lookPanel");
   auto* const layout = new QGridLayout(this);
   for (int type = 0; type < kPixelTypes; ++type) AddPixelType(*layout, type);
   AddTransparency(*layout);
   AddClutChoice(*layout);
+  AddOpaque(*layout);
   QList<QWidget*> order;
   for (std::size_t type = 0; type < kPixelTypes; ++type) {
     order << letters_[type] << swatches_[type];
   }
-  OrderTabs(order << pixels_ << slider_ << cluts_);
+  OrderTabs(order << pixels_ << slider_ << cluts_ << opaque_);
   connect(popup_, &ClutPopup::Chosen, this,
           [this](int entry) { editor_.SetColour(pickedType_, entry); });
 }
@@ -119,13 +122,24 @@ void LookPanel::AddClutChoice(QGridLayout& layout) {
   layout.addWidget(cluts_, kClutRow, kChoiceColumn);
 }
 
+void LookPanel::AddOpaque(QGridLayout& layout) {
+  NameControl(*opaque_, "ignoreTransparency", "Ignore transparency",
+              "Ignore pixel transparencies, except for background pixel. Useful to see menu "
+              "highlights");
+  connect(opaque_, &QCheckBox::toggled, this, [this](bool on) { editor_.IgnoreTransparency(on); });
+  layout.addWidget(opaque_, kOpaqueRow, kLabelColumn, 1, 2);
+}
+
 void LookPanel::Show(const View& view, bool busy) {
   changeable_ = view.canEdit && !busy;
   for (std::size_t type = 0; type < kPixelTypes; ++type) ShowPixelType(view, type);
   ShowTransparency(view);
   const QSignalBlocker blocker(cluts_);
-  cluts_->setCurrentIndex(view.hasUnit && (view.automaticClut || !view.clut) ? 1 : 0);
+  cluts_->setCurrentIndex(view.hasUnit && (view.options.automaticClut || !view.clut) ? 1 : 0);
   cluts_->setEnabled(view.clut.has_value() && !busy);
+  const QSignalBlocker opaqueBlocker(opaque_);
+  opaque_->setChecked(view.options.ignoreTransparency);
+  opaque_->setEnabled(view.hasUnit && !busy);
 }
 
 void LookPanel::ShowPixelType(const View& view, std::size_t type) {
@@ -133,7 +147,7 @@ void LookPanel::ShowPixelType(const View& view, std::size_t type) {
   const QString tooltip = QString::fromStdString(swatch.tooltip);
   letters_[type]->setToolTip(tooltip);
   letters_[type]->setEnabled(view.hasUnit);
-  letters_[type]->setChecked(view.onlyType == static_cast<int>(type));
+  letters_[type]->setChecked(view.options.onlyType == static_cast<int>(type));
   SwatchButton& button = *swatches_[type];
   button.SetColour(view.hasUnit ? ToColour(swatch.colour) : QColor());
   button.SetHatched(view.hasUnit && !swatch.used);

@@ -5,6 +5,7 @@
 
 #include "editor/view.h"
 
+class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QLabel;
@@ -31,6 +32,7 @@ class LookPanel final : public QGroupBox {
   void AddPixelType(QGridLayout& layout, int type);
   void AddTransparency(QGridLayout& layout);
   void AddClutChoice(QGridLayout& layout);
+  void AddOpaque(QGridLayout& layout);
   void ShowPixelType(const View& view, std::size_t type);
   void ShowTransparency(const View& view);
   void PickColour(int type, bool edit);
@@ -44,6 +46,7 @@ class LookPanel final : public QGroupBox {
   QSlider* slider_;
   QLabel* value_;
   QComboBox* cluts_;
+  QCheckBox* opaque_;
   ClutPopup* popup_;
   int pickedType_ = 0;  // whose colour the popup chooses
 };

@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTabWidget>
 #include <chrono>
 
 #include "editor/editor.h"
@@ -29,6 +30,7 @@
 #include "ui/progress_window.h"
 #include "ui/qt_front_end.h"
 #include "ui/retime_dialog.h"
+#include "ui/search_panel.h"
 #include "ui/selector_panel.h"
 #include "ui/time_panel.h"
 
@@ -65,6 +67,7 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
       picture_(new PictureView(this)),
       navigator_(new ListNavigator(editor, this)),
       selectors_(new SelectorPanel(editor, this)),
+      search_(new SearchPanel(editor, this)),
       info_(new InfoPane(this)),
       look_(new LookPanel(editor, this)),
       place_(new PlacePanel(editor, this)),
@@ -114,9 +117,21 @@ QWidget* MainWindow::MakeTextSide() {
   layout->setContentsMargins(0, 0, 0, 0);
   AddContextMenu();
   layout->addWidget(selectors_);
-  layout->addWidget(info_, 1);
+  layout->addWidget(MakeTabs(), 1);
   layout->addLayout(MakeButtons());
   return side;
+}
+
+QTabWidget* MainWindow::MakeTabs() {
+  tabs_ = new QTabWidget(this);
+  NameControl(*tabs_, "tabs", "Information and recognized text", {});
+  auto* const text = new QWidget(tabs_);
+  auto* const layout = new QVBoxLayout(text);
+  layout->addWidget(search_);
+  layout->addStretch(1);
+  tabs_->addTab(info_, "&Information");
+  tabs_->addTab(text, "Recogni&zed text");
+  return tabs_;
 }
 
 void MainWindow::AddContextMenu() {
@@ -183,6 +198,7 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
   connect(&frontEnd, &QtFrontEnd::JobBegan, this, &MainWindow::BeginJob);
   connect(&frontEnd, &QtFrontEnd::JobOver, this, &MainWindow::EndJob);
   connect(&frontEnd, &QtFrontEnd::CloseRequested, this, &MainWindow::close);
+  connect(&frontEnd, &QtFrontEnd::CharactersRequested, this, &MainWindow::FocusCharacters);
   connect(&frontEnd, &QtFrontEnd::PreferencesRequested, preferences_, &PreferencesDialog::exec);
   connect(&frontEnd, &QtFrontEnd::ModificationsRequested, this,
           [this](const ApplyAllChoices& offered, std::optional<ApplyAllChoices>& chosen) {
@@ -199,6 +215,11 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
           [this] { editor_.Run(CommandId::kAbort); });
 }
 
+void MainWindow::FocusCharacters() {
+  tabs_->setCurrentIndex(tabs_->count() - 1);
+  search_->FocusCharacters();
+}
+
 void MainWindow::Refresh() {
   const View& view = editor_.CurrentView();
   const ColourBytes background = SplitColour(editor_.Context().preferences.backgroundColour);
@@ -207,6 +228,7 @@ void MainWindow::Refresh() {
   picture_->Show(view);
   navigator_->Show(view);
   selectors_->Show(view, editor_.Busy());
+  search_->Show(view, editor_.Busy());
   info_->ShowRtf(view.infoRtf);
   look_->Show(view, editor_.Busy());
   place_->Show(view, editor_.Busy());

@@ -13,6 +13,7 @@ class QGridLayout;
 class QLabel;
 class QPushButton;
 class QSplitter;
+class QTabWidget;
 
 namespace quillomar {
 
@@ -29,6 +30,7 @@ class PreferencesDialog;
 class ProgressWindow;
 class QtFrontEnd;
 class RetimeDialog;
+class SearchPanel;
 class SelectorPanel;
 class TimePanel;
 
@@ -58,6 +60,7 @@ class MainWindow final : public QMainWindow {
 
   [[nodiscard]] QWidget* MakePictureSide();
   [[nodiscard]] QWidget* MakeTextSide();
+  [[nodiscard]] QTabWidget* MakeTabs();
   [[nodiscard]] QGridLayout* MakeButtons();
   [[nodiscard]] QWidget* MakeEditStrip();
   [[nodiscard]] QPushButton* MakeCommandButton(CommandId command, const QString& text,
@@ -65,6 +68,7 @@ class MainWindow final : public QMainWindow {
   void AddContextMenu();
   void MakeStatusBar();
   void ConnectFrontEnd(QtFrontEnd& frontEnd);
+  void FocusCharacters();
   void Refresh();
   void ShowStatus();
   void BeginJob(const QString& title);
@@ -78,6 +82,8 @@ class MainWindow final : public QMainWindow {
   PictureView* picture_;
   ListNavigator* navigator_;
   SelectorPanel* selectors_;
+  SearchPanel* search_;
+  QTabWidget* tabs_ = nullptr;
   InfoPane* info_;
   LookPanel* look_;
   PlacePanel* place_;

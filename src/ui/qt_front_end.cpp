@@ -88,6 +88,10 @@ void QtFrontEnd::ShowAbout() {
   dialogs_.ShowAbout();
 }
 
+void QtFrontEnd::Beep() {
+  dialogs_.Beep();
+}
+
 void QtFrontEnd::ExtractManual(const std::string& path) {
   const QByteArray manual = ManualPdf();
   QFile file(QString::fromStdString(path));

@@ -37,6 +37,8 @@ class QtFrontEnd final : public QObject, public FrontEnd {
   void ExtractManual(const std::string& path) override;
   std::string PageAddress(const std::string& page) override;
   void CloseWindow() override { emit CloseRequested(); }
+  void Beep() override;
+  void FocusCharacters() override { emit CharactersRequested(); }
   void Refresh() override { emit Changed(); }
   void JobStarted(const std::string& title) override {
     emit JobBegan(QString::fromStdString(title));
@@ -47,6 +49,7 @@ class QtFrontEnd final : public QObject, public FrontEnd {
   void CloseRequested();
   void PreferencesRequested();
   // The answers go into the last argument before the signal returns.
+  void CharactersRequested();
   void ModificationsRequested(const ApplyAllChoices& offered,
                               std::optional<ApplyAllChoices>& chosen);
   void StartChangeRequested(const RetimeRequest& request, std::optional<double>& seconds);

@@ -27,7 +27,7 @@ TimePanel::TimePanel(Editor& editor, QWidget* parent)
       editor_(editor),
       duration_(MakeNumberBox(kUnlimited.smallest, kUnlimited.largest, true, this)),
       durationSlider_(new QSlider(Qt::Horizontal, this)),
-      infinite_(new QPushButton("&Infinite", this)),
+      infinite_(new QPushButton("Infinite", this)),
       start_(new QComboBox(this)),
       addFade_(new QPushButton("Add fade", this)),
       removeFade_(new QPushButton("Remove fade", this)),

@@ -56,7 +56,7 @@ TEST_F(EditingTest, ALetterShowsItsPixelsAlone) {
   auto& letter = Find<QAbstractButton>("onlyType1");
   const auto all = Shown().picture.rgba;
   letter.click();
-  EXPECT_EQ(Shown().onlyType, 1);
+  EXPECT_EQ(Shown().options.onlyType, 1);
   EXPECT_NE(Shown().picture.rgba, all);
   letter.click();
   EXPECT_FALSE(letter.isChecked());

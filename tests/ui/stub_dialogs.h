@@ -37,6 +37,8 @@ class StubDialogs final : public Dialogs {
     return opensDocuments;
   }
 
+  void Beep() override { ++beeps; }
+
   bool agrees = false;
   std::vector<std::string> files;
   int filterIndex = 0;
@@ -47,6 +49,7 @@ class StubDialogs final : public Dialogs {
   std::vector<std::string> errors, messages, questions, documents;
   std::vector<FileRequest> requests;
   int abouts = 0;
+  int beeps = 0;
   std::thread::id errorThread;
 
  private:

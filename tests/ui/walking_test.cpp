@@ -14,8 +14,10 @@
 #include <QScrollBar>
 #include <QSlider>
 #include <QSpinBox>
+#include <QTabWidget>
 #include <set>
 
+#include "ui/kept_keys.h"
 #include "ui/window_test.h"
 
 namespace quillomar::test {
@@ -94,9 +96,12 @@ TEST_F(WindowTest, EveryControlHasItsNamesAndItsToolTip) {
     const bool isControl = qobject_cast<const QAbstractButton*>(widget) != nullptr ||
                            qobject_cast<const QComboBox*>(widget) != nullptr ||
                            qobject_cast<const QAbstractSpinBox*>(widget) != nullptr ||
-                           qobject_cast<const QSlider*>(widget) != nullptr;
+                           qobject_cast<const QSlider*>(widget) != nullptr ||
+                           (qobject_cast<const QLineEdit*>(widget) != nullptr &&
+                            KeysKeptBy(widget) != KeptKeys::kNone);
     const bool isPartOfAnother = widget->objectName().startsWith("qt_") ||
                                  widget->parentWidget()->inherits("QComboBox") ||
+                                 widget->parentWidget()->inherits("QTabBar") ||
                                  widget->parentWidget()->objectName() == "clutPopup";
     if (!isControl || isPartOfAnother) continue;
     ++controls;
@@ -120,6 +125,8 @@ TEST_F(WindowTest, NoMnemonicServesTwo) {
   for (const QAction* const action : Window().menuBar()->actions()) add(action->text());
   for (const QLabel* const label : Window().findChildren<QLabel*>()) add(label->text());
   for (const auto* const button : Window().findChildren<QAbstractButton*>()) add(button->text());
+  const auto& tabs = Find<QTabWidget>("tabs");
+  for (int i = 0; i < tabs.count(); ++i) add(tabs.tabText(i));
   EXPECT_GT(mnemonics.size(), 10U);
 }
 
