@@ -23,6 +23,9 @@ constexpr mode_t kNewFileMode = 0666;
 constexpr mode_t kNewFolderMode = 0777;
 constexpr mode_t kPrivateFolderMode = 0700;
 
+// The device begins with writes of this size at once, so that a Sync at the end waits for little.
+constexpr std::size_t kLongWrite = 65'536;
+
 class DiskFile final : public File {
  public:
   explicit DiskFile(int descriptor) : descriptor_(descriptor) {}
@@ -51,6 +54,10 @@ class DiskFile final : public File {
       if (count < 0 && errno == EINTR) continue;
       if (count <= 0) return Result::kFailed;
       done += static_cast<std::size_t>(count);
+    }
+    if (done >= kLongWrite) {
+      (void)::sync_file_range(descriptor_, static_cast<off_t>(offset), static_cast<off_t>(done),
+                              SYNC_FILE_RANGE_WRITE);
     }
     return Result::kDone;
   }

@@ -1,14 +1,23 @@
 #include "base/transaction.h"
 
 #include <algorithm>
+#include <array>
 
 namespace quillomar {
 namespace {
 
+// In pieces: where something has changed, the first of them mostly tells.
 bool AlreadyThere(File& file, std::uint64_t offset, ByteSpan bytes) {
-  Bytes current(bytes.size());
-  const auto count = file.ReadAt(offset, current);
-  return count == bytes.size() && std::equal(bytes.begin(), bytes.end(), current.begin());
+  std::array<std::uint8_t, 4096> piece;
+  for (std::size_t done = 0; done < bytes.size(); done += piece.size()) {
+    const ByteSpan wanted = bytes.subspan(done, std::min(piece.size(), bytes.size() - done));
+    const auto there = std::span(piece).first(wanted.size());
+    if (file.ReadAt(offset + done, there) != wanted.size() ||
+        !std::equal(wanted.begin(), wanted.end(), there.begin())) {
+      return false;
+    }
+  }
+  return true;
 }
 
 class DirectTransaction final : public WriteTransaction {
