@@ -6,83 +6,101 @@ namespace quillomar {
 
 Result MoveBuffer::Load(std::uint32_t first, std::uint32_t last) {
   if (Holds(first) && Holds(last)) return Result::kDone;
-  const std::uint32_t count = last - first + 1;
-  if (last < first || count > set_.TotalSectors()) return Result::kFailed;
-  // Neighbouring runs overlap for the most part: what both hold stays in memory as it is.
-  const std::uint32_t keepBegin = std::clamp(first_, first, first + count);
-  const std::uint32_t keepEnd = std::clamp(first_ + count_, keepBegin, first + count);
-  if (Failed(WriteChanged(first_, keepBegin)) || Failed(WriteChanged(keepEnd, first_ + count_))) {
+  if (last < first || last - first >= set_.TotalSectors()) return Result::kFailed;
+  const std::uint32_t end = last + 1;
+  // Neighbouring runs overlap for the most part: what both hold stays in memory.
+  const std::uint32_t keepBegin = std::clamp(first_, first, end);
+  const std::uint32_t keepEnd = std::clamp(End(), keepBegin, end);
+  if (Failed(WriteChanged(first_, keepBegin)) || Failed(WriteChanged(keepEnd, End()))) {
     return Result::kFailed;
   }
-  std::vector<std::uint8_t> bytes(std::size_t{count} * kSectorSize);
-  const auto read = [&](std::uint32_t begin, std::uint32_t end) {
-    const auto out = std::span(bytes).subspan((begin - first) * kSectorSize);
-    return begin == end ? Result::kDone : set_.ReadSectors(begin, end - begin, out);
-  };
-  if (Failed(read(first, keepBegin)) || Failed(read(keepEnd, first + count))) {
+  Run front;
+  Run back;
+  if (Failed(Read(first, keepBegin, front)) || Failed(Read(keepEnd, end, back))) {
+    for (const Run& read : {front, back}) {
+      for (const Held& held : read) store_.Free(held.place);
+    }
     return Result::kFailed;
   }
-  std::vector<bool> changed(count, false);
-  for (std::uint32_t lba = keepBegin; lba < keepEnd; ++lba) {
-    const SectorView kept = At(lba);
-    std::copy(kept.begin(), kept.end(), bytes.data() + (lba - first) * kSectorSize);
-    changed[lba - first] = changed_[lba - first_];
+  if (keepBegin < keepEnd) {
+    const auto kept = run_.begin() + (keepBegin - first_);
+    front.insert(front.end(), kept, kept + (keepEnd - keepBegin));
   }
-  bytes_ = std::move(bytes);
-  changed_ = std::move(changed);
+  Drop(first_, keepBegin);
+  Drop(keepEnd, End());
+  front.insert(front.end(), back.begin(), back.end());
+  run_ = std::move(front);
   first_ = first;
-  count_ = count;
   return Result::kDone;
 }
 
+Result MoveBuffer::Read(std::uint32_t begin, std::uint32_t end, Run& run) {
+  while (begin < end) {
+    const std::uint32_t count = std::min(end - begin, SectorStore::kBlockSectors);
+    const SectorStore::Place place = store_.Take(count);
+    for (std::uint32_t i = 0; i < count; ++i) run.push_back({place + i, false});
+    if (Failed(set_.ReadSectors(begin, count, store_.At(place, count)))) return Result::kFailed;
+    begin += count;
+  }
+  return Result::kDone;
+}
+
+void MoveBuffer::Drop(std::uint32_t begin, std::uint32_t end) {
+  begin = std::max(begin, first_);
+  end = std::min(end, End());
+  for (; begin < end; ++begin) store_.Free(run_[begin - first_].place);
+}
+
 Result MoveBuffer::Flush() {
-  return WriteChanged(first_, first_ + count_);
+  return WriteChanged(first_, End());
 }
 
 Result MoveBuffer::WriteChanged(std::uint32_t begin, std::uint32_t end) {
   if (writeFailed_) return Result::kFailed;
   begin = std::max(begin, first_);
-  end = std::min(end, first_ + count_);
+  end = std::min(end, End());
   while (begin < end) {
     std::uint32_t stop = begin;
-    while (stop < end && changed_[stop - first_]) changed_[stop++ - first_] = false;
+    while (stop < end && stop - begin < SectorStore::kBlockSectors && run_[stop - first_].changed) {
+      ++stop;
+    }
     if (stop == begin) {
       ++begin;
       continue;
     }
-    const auto stretch =
-        ByteSpan(bytes_).subspan((begin - first_) * kSectorSize, (stop - begin) * kSectorSize);
-    writeFailed_ = Failed(set_.WriteSectors(transaction_, begin, stretch));
+    writeFailed_ = Failed(WriteStretch(begin, stop));
     if (writeFailed_) return Result::kFailed;
     begin = stop;
   }
   return Result::kDone;
 }
 
+Result MoveBuffer::WriteStretch(std::uint32_t begin, std::uint32_t end) {
+  together_.clear();
+  for (std::uint32_t lba = begin; lba < end; ++lba) {
+    const SectorView sector = At(lba);
+    together_.insert(together_.end(), sector.begin(), sector.end());
+    run_[lba - first_].changed = false;
+  }
+  return set_.WriteSectors(transaction_, begin, together_);
+}
+
 SectorView MoveBuffer::At(std::uint32_t lba) const {
-  return ByteSpan(bytes_).subspan((lba - first_) * kSectorSize).first<kSectorSize>();
+  return store_.At(run_[lba - first_].place);
 }
 
 std::span<std::uint8_t, kSectorSize> MoveBuffer::Edit(std::uint32_t lba) {
-  changed_[lba - first_] = true;
-  return std::span(bytes_).subspan((lba - first_) * kSectorSize).first<kSectorSize>();
+  Held& held = run_[lba - first_];
+  held.changed = true;
+  return store_.At(held.place, 1).first<kSectorSize>();
 }
 
 void MoveBuffer::MoveSector(std::uint32_t from, std::uint32_t to) {
-  const auto at = [&](std::uint32_t lba) {
-    return bytes_.begin() + static_cast<std::ptrdiff_t>((lba - first_) * kSectorSize);
-  };
-  // By way of a copy: the standard rotation goes byte by byte.
-  Sector moved;
-  std::copy(at(from), at(from + 1), moved.begin());
-  if (from < to) {
-    std::copy(at(from + 1), at(to + 1), at(from));
-  } else {
-    std::copy_backward(at(to), at(from), at(from + 1));
-  }
-  std::copy(moved.begin(), moved.end(), at(to));
   const auto [low, high] = std::minmax(from, to);
-  for (std::uint32_t lba = low; lba <= high; ++lba) changed_[lba - first_] = true;
+  const auto begin = run_.begin() + (low - first_);
+  const auto end = run_.begin() + (high - first_) + 1;
+  std::rotate(begin, from < to ? begin + 1 : end - 1, end);
+  for (auto held = begin; held != end; ++held) held->changed = true;
 }
 
 }  // namespace quillomar

@@ -8,6 +8,7 @@
 #include "base/transaction.h"
 #include "dvd/sector.h"
 #include "dvd/vob_file_set.h"
+#include "retime/sector_store.h"
 
 namespace quillomar {
 
@@ -27,7 +28,7 @@ class MoveBuffer {
   [[nodiscard]] bool WriteFailed() const { return writeFailed_; }
 
   [[nodiscard]] bool Holds(std::uint32_t lba) const {
-    return lba >= first_ && lba - first_ < count_;
+    return lba >= first_ && lba - first_ < run_.size();
   }
   // A sector of the run, by its LBA in set.
   [[nodiscard]] SectorView At(std::uint32_t lba) const;
@@ -37,15 +38,29 @@ class MoveBuffer {
   void MoveSector(std::uint32_t from, std::uint32_t to);
 
  private:
+  // Sectors change places without being copied.
+  struct Held {
+    SectorStore::Place place;
+    bool changed;
+  };
+  using Run = std::vector<Held>;
+
+  [[nodiscard]] std::uint32_t End() const {
+    return first_ + static_cast<std::uint32_t>(run_.size());
+  }
+  // Reads the sectors from `begin` on, before `end` (LBAs in set), to the end of a run.
+  Result Read(std::uint32_t begin, std::uint32_t end, Run& run);
   // Writes the changed sectors from `begin` on, before `end` (LBAs in set).
   Result WriteChanged(std::uint32_t begin, std::uint32_t end);
+  Result WriteStretch(std::uint32_t begin, std::uint32_t end);
+  void Drop(std::uint32_t begin, std::uint32_t end);
 
   VobFileSet& set_;
   WriteTransaction& transaction_;
-  std::vector<std::uint8_t> bytes_;
-  std::vector<bool> changed_;  // by sector of the run
+  SectorStore store_;
+  Run run_;
   std::uint32_t first_ = 0;
-  std::uint32_t count_ = 0;
+  Bytes together_;  // sectors on their way to the disk
   bool writeFailed_ = false;
 };
 
