@@ -4,6 +4,7 @@
 #include "base/platform.h"
 #include "ui/apply_all_dialog.h"
 #include "ui/progress_window.h"
+#include "ui/zoom_window.h"
 
 namespace quillomar {
 
@@ -15,6 +16,7 @@ Program::Program(FileSystem& files, Dialogs& dialogs, const ProgramPlace& place)
       mainRect_(window_),
       scanRect_(window_.Progress()),
       applyAllRect_(window_.ApplyAll()),
+      zoomRect_(window_.Zoom()),
       settings_(files, place) {
   settings_.Open("", false);
   session_.dataFolder = place.appData.value_or("");
@@ -44,6 +46,7 @@ void Program::BindSettings() {
   windows.main = &mainRect_;
   windows.scan = &scanRect_;
   windows.applyAll = &applyAllRect_;
+  windows.zoom = &zoomRect_;
   BindAllSettings(settings_, session_.preferences, windows);
 }
 

@@ -43,6 +43,7 @@ class Program {
   WidgetRect mainRect_;
   WidgetRect scanRect_;
   WidgetRect applyAllRect_;
+  WidgetRect zoomRect_;
   SettingsStore settings_;
 };
 

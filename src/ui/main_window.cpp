@@ -33,6 +33,7 @@
 #include "ui/search_panel.h"
 #include "ui/selector_panel.h"
 #include "ui/time_panel.h"
+#include "ui/zoom_window.h"
 
 namespace quillomar {
 namespace {
@@ -72,6 +73,7 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
       look_(new LookPanel(editor, this)),
       place_(new PlacePanel(editor, this)),
       time_(new TimePanel(editor, this)),
+      zoom_(new ZoomWindow(this)),
       preferences_(new PreferencesDialog(editor.Context(), frontEnd, this)),
       applyAll_(new ApplyAllDialog(this)),
       retime_(new RetimeDialog(this)),
@@ -95,6 +97,7 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
   MakeStatusBar();
   keys_->Watch(*this);
   keys_->Watch(*progress_);
+  keys_->Watch(*zoom_);
   ConnectFrontEnd(frontEnd);
   resize(kTemplateSize);
   setFocus();
@@ -106,7 +109,10 @@ QWidget* MainWindow::MakePictureSide() {
   auto* const layout = new QVBoxLayout(side);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(picture_, 1);
-  layout->addWidget(navigator_);
+  auto* const row = new QHBoxLayout;
+  row->addWidget(navigator_, 1);
+  row->addWidget(new ZoomChooser(*zoom_, this));
+  layout->addLayout(row);
   return side;
 }
 
@@ -210,6 +216,7 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
           });
   connect(&frontEnd, &QtFrontEnd::ToolStarted, this, &MainWindow::WaitForTool);
   connect(&frontEnd, &QtFrontEnd::ToolEnded, this, &MainWindow::GoOnAfterTool);
+  connect(zoom_, &ZoomWindow::Changed, this, &MainWindow::Refresh);
   connect(preferences_, &PreferencesDialog::BackgroundChanged, this, &MainWindow::Refresh);
   connect(progress_, &ProgressWindow::AbortRequested, this,
           [this] { editor_.Run(CommandId::kAbort); });
@@ -224,8 +231,10 @@ void MainWindow::Refresh() {
   const View& view = editor_.CurrentView();
   const ColourBytes background = SplitColour(editor_.Context().preferences.backgroundColour);
   setWindowTitle(QString::fromStdString(view.title));
-  picture_->SetBackground({background.red, background.green, background.blue});
+  const Rgb backgroundColour{background.red, background.green, background.blue};
+  picture_->SetBackground(backgroundColour);
   picture_->Show(view);
+  zoom_->Show(view, backgroundColour);
   navigator_->Show(view);
   selectors_->Show(view, editor_.Busy());
   search_->Show(view, editor_.Busy());

@@ -33,6 +33,7 @@ class RetimeDialog;
 class SearchPanel;
 class SelectorPanel;
 class TimePanel;
+class ZoomWindow;
 
 // The editor's window.
 class MainWindow final : public QMainWindow {
@@ -46,6 +47,7 @@ class MainWindow final : public QMainWindow {
 
   [[nodiscard]] ProgressWindow& Progress() { return *progress_; }
   [[nodiscard]] ApplyAllDialog& ApplyAll() { return *applyAll_; }
+  [[nodiscard]] ZoomWindow& Zoom() { return *zoom_; }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -88,6 +90,7 @@ class MainWindow final : public QMainWindow {
   LookPanel* look_;
   PlacePanel* place_;
   TimePanel* time_;
+  ZoomWindow* zoom_;
   PreferencesDialog* preferences_;
   ApplyAllDialog* applyAll_;
   RetimeDialog* retime_;

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "ui/control_names.h"
+#include "ui/picture_image.h"
 
 namespace quillomar {
 namespace {
@@ -14,18 +15,6 @@ constexpr int kSmallestHeight = 240;
 // From this scale on pixels are shown as the squares they are; below it they are smoothed, or some
 // rows would look thicker than others.
 constexpr double kScaleOfCleanSquares = 3.0;
-constexpr int kBytesPerPixel = 4;
-
-QImage ToImage(const SubpicturePicture& picture) {
-  const auto pixels = static_cast<std::size_t>(std::max(picture.width, 0)) *
-                      static_cast<std::size_t>(std::max(picture.height, 0));
-  if (pixels == 0 || picture.rgba.size() / kBytesPerPixel < pixels) return {};
-  const QImage image(picture.rgba.data(), picture.width, picture.height,
-                     static_cast<qsizetype>(picture.width) * kBytesPerPixel,
-                     QImage::Format_RGBA8888);
-  // Premultiplied, so that smoothing does not draw the colour of transparent pixels into the edges.
-  return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-}
 
 }  // namespace
 

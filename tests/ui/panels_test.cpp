@@ -7,6 +7,7 @@
 
 #include "settings/preferences.h"
 #include "ui/window_test.h"
+#include "ui/zoom_window.h"
 
 namespace quillomar::test {
 namespace {
@@ -140,6 +141,25 @@ TEST_F(PanelsTest, AutomaticColoursCanBeShown) {
   EXPECT_FALSE(Enabled("swatch1"));
   Choose("clutChoice", Qt::Key_Up);
   EXPECT_EQ(Shown().picture.rgba, colours);
+}
+
+TEST_F(PanelsTest, TheZoomWindowFollowsTheSubpictureAndTheSetting) {
+  StartOnDisc();
+  auto& zoom = Find<ZoomWindow>("zoomWindow");
+  EXPECT_FALSE(zoom.isVisible());
+  Find<QComboBox>("zoom").setCurrentText("Zoom x4");
+  EXPECT_TRUE(zoom.isVisible());
+  const auto& canvas = *zoom.findChild<ZoomCanvas*>();
+  EXPECT_EQ(canvas.width(), Shown().picture.width * 4);
+  Key(Qt::Key_End);
+  EXPECT_EQ(canvas.height(), Shown().picture.height * 4);
+  zoom.move(70, 90);
+  zoom.close();
+  EXPECT_EQ(Find<QComboBox>("zoom").currentIndex(), 0);
+  Window().close();
+  const Bytes settings = FileBytes(SettingsPath());
+  EXPECT_NE(std::string(settings.begin(), settings.end()).find("ZoomWindowPos=70 90 "),
+            std::string::npos);
 }
 
 }  // namespace
