@@ -49,6 +49,7 @@ void Editor::StartJob(Operation operation, const std::string& title, Work work, 
   busy_ = true;
   jobChangesUnits_ = !GrowsList(operation);
   ticks_ = 0;
+  jobStart_ = std::chrono::steady_clock::now();
   session_.job.abortRequested = false;
   session_.job.percent = 0;
   session_.job.operation = operation;
@@ -67,6 +68,17 @@ void Editor::StartJob(Operation operation, const std::string& title, Work work, 
 
 std::string Editor::JobLabel() const {
   return JobLabelText(session_.job.operation);
+}
+
+std::string Editor::JobTimeLeft() const {
+  using std::chrono::milliseconds;
+  const auto elapsed = std::chrono::steady_clock::now() - jobStart_;
+  return TimeLeftText(session_.job.operation, session_.job.percent,
+                      std::chrono::duration_cast<milliseconds>(elapsed));
+}
+
+bool Editor::JobCanStop() const {
+  return CanStop(session_.job.operation);
 }
 
 void Editor::Tick() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -152,6 +153,9 @@ class Editor {
   void Tick();
   // Label of the running job for the progress display; empty without one.
   [[nodiscard]] std::string JobLabel() const;
+  // How long it will take still; empty while that is not known.
+  [[nodiscard]] std::string JobTimeLeft() const;
+  [[nodiscard]] bool JobCanStop() const;
 
   [[nodiscard]] bool Busy() const { return busy_; }
   [[nodiscard]] const View& CurrentView() const { return view_; }
@@ -207,6 +211,7 @@ class Editor {
   bool busy_ = false;
   bool jobChangesUnits_ = false;  // the view must not look at units until the job has ended
   int ticks_ = 0;
+  std::chrono::steady_clock::time_point jobStart_;
 };
 
 }  // namespace quillomar

@@ -1,6 +1,16 @@
 #include "editor/job_labels.h"
 
+#include "base/format.h"
+
 namespace quillomar {
+namespace {
+
+constexpr std::chrono::milliseconds kTooEarly{1000};
+constexpr int kAll = 100;
+constexpr int kMostSeconds = 90;  // from here on minutes are told
+constexpr int kSecondsInMinute = 60;
+
+}  // namespace
 
 const char* JobLabelText(Operation operation) {
   switch (operation) {
@@ -32,6 +42,22 @@ const char* JobLabelText(Operation operation) {
       return "Erasing Hearing-Impaired text";
   }
   return "";
+}
+
+bool CanStop(Operation operation) {
+  return operation != Operation::kSaving && operation != Operation::kReverting &&
+         operation != Operation::kUpdatingPointers;
+}
+
+std::string TimeLeftText(Operation operation, int percent, std::chrono::milliseconds elapsed) {
+  const bool known = percent > 0 && percent < kAll && elapsed >= kTooEarly;
+  if (!known || operation == Operation::kScanning || operation == Operation::kLoadingRecent) {
+    return {};
+  }
+  const auto left = elapsed * (kAll - percent) / percent;
+  const auto seconds = static_cast<int>(std::chrono::ceil<std::chrono::seconds>(left).count());
+  if (seconds < kMostSeconds) return Format("About %d s left", seconds);
+  return Format("About %d min left", (seconds + kSecondsInMinute - 1) / kSecondsInMinute);
 }
 
 }  // namespace quillomar

@@ -266,7 +266,8 @@ void MainWindow::ShowStatus() {
 void MainWindow::BeginJob(const QString& title) {
   focusBeforeJob_ = focusWidget();
   setAcceptDrops(false);
-  progress_->Begin(title.isEmpty() ? QString::fromStdString(editor_.JobLabel()) : title);
+  progress_->Begin(title.isEmpty() ? QString::fromStdString(editor_.JobLabel()) : title,
+                   editor_.JobCanStop());
   timer_.start();
   Refresh();
 }
@@ -286,9 +287,10 @@ void MainWindow::EndJob() {
 void MainWindow::Tick() {
   editor_.Tick();
   const Session& session = editor_.Context();
-  progress_->ShowProgress(QString::fromStdString(editor_.JobLabel()),
-                          QString::fromStdString(session.reporter.StatusText()),
-                          session.job.percent);
+  progress_->ShowProgress({QString::fromStdString(editor_.JobLabel()),
+                           QString::fromStdString(session.reporter.StatusText()),
+                           QString::fromStdString(editor_.JobTimeLeft()), session.job.percent,
+                           editor_.JobCanStop()});
 }
 
 // The window still paints itself and answers the desktop, but takes nothing from the user.

@@ -21,28 +21,33 @@ ProgressWindow::ProgressWindow(QWidget* parent)
       label_(new QLabel(this)),
       bar_(new QProgressBar(this)),
       status_(new QLabel(this)),
+      timeLeft_(new QLabel(this)),
       abort_(new QPushButton("Abort", this)) {
   NameControl(*this, "progressWindow", "Progress", {});
   setAttribute(Qt::WA_ShowWithoutActivating);
   label_->setObjectName("progressLabel");
   status_->setObjectName("progressStatus");
+  timeLeft_->setObjectName("progressTimeLeft");
   status_->setWordWrap(true);
   status_->setMinimumHeight(2 * status_->fontMetrics().lineSpacing());
   status_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
   NameControl(*bar_, "progressBar", "Progress in percent", "How much of the work is done");
-  NameControl(*abort_, "abort", "Abort", "Stops the work as soon as it can be stopped (Esc)");
+  NameControl(*abort_, "abort", "Abort", {});
   bar_->setRange(0, kAll);
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(label_);
   layout->addWidget(bar_);
   layout->addWidget(status_);
-  layout->addWidget(abort_, 0, Qt::AlignRight);
+  auto* const lastRow = new QHBoxLayout;
+  lastRow->addWidget(timeLeft_, 1);
+  lastRow->addWidget(abort_);
+  layout->addLayout(lastRow);
   setMinimumWidth(kWidth);
   connect(abort_, &QPushButton::clicked, this, &ProgressWindow::AbortRequested);
 }
 
-void ProgressWindow::Begin(const QString& title) {
-  ShowProgress(title, {}, 0);
+void ProgressWindow::Begin(const QString& title, bool canStop) {
+  ShowProgress({title, {}, {}, 0, canStop});
   const bool hasPlace = testAttribute(Qt::WA_Moved);
   if (!hasPlace) {
     adjustSize();
@@ -51,22 +56,26 @@ void ProgressWindow::Begin(const QString& title) {
   show();
 }
 
-void ProgressWindow::ShowProgress(const QString& label, const QString& status, int percent) {
-  setWindowTitle(label);
-  label_->setText(label);
-  status_->setText(status);
-  bar_->setValue(percent);
+void ProgressWindow::ShowProgress(const JobProgress& progress) {
+  setWindowTitle(progress.label);
+  label_->setText(progress.label);
+  status_->setText(progress.status);
+  timeLeft_->setText(progress.timeLeft);
+  bar_->setValue(progress.percent);
+  abort_->setEnabled(progress.canStop);
+  abort_->setToolTip(progress.canStop ? "Stops the work as soon as it can be stopped (Esc)"
+                                      : "This cannot be stopped: the files must be written whole");
 }
 
 void ProgressWindow::End() {
   hide();
-  ShowProgress({}, {}, 0);
+  ShowProgress({});
 }
 
-// The window lives as long as the job: closing it asks the job to stop.
+// The window lives as long as the job: closing it asks the job to stop, where it can be stopped.
 void ProgressWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
-  emit AbortRequested();
+  if (abort_->isEnabled()) emit AbortRequested();
 }
 
 }  // namespace quillomar

@@ -9,7 +9,17 @@ class QPushButton;
 
 namespace quillomar {
 
-// Shows what a job does and how far it is, and can stop it.
+// What there is to tell about a running job.
+struct JobProgress {
+  QString label;     // title and first line
+  QString status;    // second line
+  QString timeLeft;  // third line
+  int percent = 0;   // 0 to 100
+  bool canStop = true;
+};
+
+// Shows what a job does, how far it is and how long it will take, and stops one that can be
+// stopped.
 class ProgressWindow final : public QWidget {
   Q_OBJECT
 
@@ -17,9 +27,8 @@ class ProgressWindow final : public QWidget {
   explicit ProgressWindow(QWidget* parent);
 
   // Comes up empty under a title, without taking the keyboard.
-  void Begin(const QString& title);
-  // Title and first line, second line, 0 to 100.
-  void ShowProgress(const QString& label, const QString& status, int percent);
+  void Begin(const QString& title, bool canStop);
+  void ShowProgress(const JobProgress& progress);
   void End();
 
  signals:
@@ -32,6 +41,7 @@ class ProgressWindow final : public QWidget {
   QLabel* label_;
   QProgressBar* bar_;
   QLabel* status_;
+  QLabel* timeLeft_;
   QPushButton* abort_;
 };
 
