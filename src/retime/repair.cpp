@@ -14,11 +14,7 @@ Result Retimer::RepairNavigation() {
   SortMasterLists();
   ScanResults& results = disc_.results;
   const DisplacedPacks displaced = Displaced();
-  const ShownUnits shownNow(disc_.units, results.vobus, timeline_);
-  const NavChanges changes{displaced, shownBefore_, shownNow, timeline_};
-  const Result navPacks =
-      UpdateNavPacks(results.vobus, changes, disc_.set, transaction_, reporter_, control_);
-  if (Failed(navPacks)) return Result::kFailed;
+  if (Failed(RepairNavPacks(displaced))) return Result::kFailed;
   for (std::size_t i = 0; i < results.vobus.size(); ++i) {
     results.currentStarts[i] = results.vobus[i].currentLba;
   }
@@ -26,6 +22,13 @@ Result Retimer::RepairNavigation() {
   const Result ifo = UpdateIfo(disc_.ifo, starts, transaction_, reporter_);
   TakeOverPlaces(displaced);
   return ifo;
+}
+
+Result Retimer::RepairNavPacks(const DisplacedPacks& displaced) {
+  std::vector<VobuEntry>& vobus = disc_.results.vobus;
+  const ShownUnits shownNow(disc_.units, vobus, timeline_);
+  const NavChanges changes{displaced, shownBefore_, shownNow, timeline_};
+  return UpdateNavPacks(vobus, changes, disc_.set, transaction_, reporter_, control_);
 }
 
 void Retimer::SortMasterLists() {

@@ -57,7 +57,9 @@ Result Retimer::RetimeOne(SubpictureUnit& unit, double seconds) {
   if (delta == 0) return Result::kDone;
   const Outcome outcome = Move(unit, delta);
   if (outcome == Outcome::kFailed) return Result::kFailed;
-  return outcome == Outcome::kMoved ? RepairNavigation() : FlushBuffer();
+  if (outcome == Outcome::kMoved) return RepairNavigation();
+  // Without a move, too, other VOBUs may play while the unit is shown.
+  return retimed_ == 0 ? Result::kDone : RepairNavPacks(Displaced());
 }
 
 Result Retimer::RetimeSelected(std::span<const std::shared_ptr<SubpictureUnit>> selection,

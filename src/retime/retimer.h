@@ -68,6 +68,7 @@ class Retimer {
   [[nodiscard]] Result FlushBuffer();
 
   Result RepairNavigation();
+  Result RepairNavPacks(const DisplacedPacks& displaced);
   void SortMasterLists();
   [[nodiscard]] DisplacedPacks Displaced() const;
   void TakeOverPlaces(const DisplacedPacks& displaced);

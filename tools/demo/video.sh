@@ -27,6 +27,6 @@ encode_video() {
     -f lavfi -i "sine=frequency=$tone:sample_rate=48000" \
     -frames:v "$frames" -t "$(frames_to_seconds "$frames")" \
     -vf "format=yuv420p,$filter" -target "$standard-dvd" -aspect 4:3 \
-    -bf 2 -flags +cgop -sc_threshold 1000000000 -b:v "$bitrate" -ac 2 -b:a 192k \
+    -bf 2 ${gop:+-g "$gop"} -flags +cgop -sc_threshold 1000000000 -b:v "$bitrate" -ac 2 -b:a 192k \
     -threads 1 -fflags +bitexact -flags:a +bitexact "$out"
 }
