@@ -132,15 +132,22 @@ TEST_F(WindowTest, NoMnemonicServesTwo) {
 
 TEST_F(WindowTest, MenusShowEveryCommandOnceAndNoKeyServesTwo) {
   Start({});
-  std::set<std::string_view> keys;
+  std::set<QString> keys;
+  std::set<CommandId> ids;
   for (const Command& command : Commands()) {
-    const bool isNew = command.key.empty() || keys.insert(command.key).second;
-    EXPECT_TRUE(isNew) << command.key;
+    EXPECT_TRUE(ids.insert(command.id).second) << command.name;
+    for (const auto& key : QKeySequence::listFromString(command.key.data())) {
+      if (command.key.empty()) continue;
+      EXPECT_FALSE(key.isEmpty()) << command.key;
+      EXPECT_TRUE(keys.insert(key.toString()).second) << command.key;
+    }
     if (command.menu == Menu::kNone) continue;
     const auto& action = *Window().findChild<QAction*>(command.name.data());
     EXPECT_EQ(action.text().toStdString(), command.text);
     EXPECT_EQ(action.isEnabled(), TheEditor().Enabled(command)) << command.name;
   }
+  EXPECT_EQ(static_cast<std::size_t>(*ids.rbegin()) + 1, ids.size()) << "an id is in no row";
+  EXPECT_GT(keys.size(), 40U);
 }
 
 TEST_F(WindowTest, DroppedVobsAreOpenedAndOthersRefused) {
