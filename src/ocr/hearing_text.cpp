@@ -147,31 +147,31 @@ class LabelFinder {
 }  // namespace
 
 bool IsAllHearingImpaired(const std::vector<std::string>& lines, const HearingBrackets& brackets) {
-  std::optional<char32_t> open;  // the closer that is waited for
+  char32_t open = 0;  // the closer that is waited for; 0 without one
   bool any = false;
   for (const std::string& line : lines) {
     const std::u32string text = FromUtf8(line);
     std::size_t at = 0;
-    if (!open) {
+    if (open == 0) {
       at = text.find_first_not_of(U" -");
       if (at == std::u32string::npos) {
         if (text.empty()) continue;
         return false;
       }
-      open = CloserOf(text[at], brackets);
-      if (!open) return false;
+      open = CloserOf(text[at], brackets).value_or(0);
+      if (open == 0) return false;
       ++at;
     }
     any = true;
-    const std::size_t end = text.find(*open, at);
+    const std::size_t end = text.find(open, at);
     if (end == std::u32string::npos) continue;
-    open.reset();
+    open = 0;
     const bool closersOnly =
         std::all_of(text.begin() + static_cast<std::ptrdiff_t>(end) + 1, text.end(),
                     [&](char32_t ch) { return ch == U' ' || IsCloser(ch, brackets); });
     if (!closersOnly) return false;
   }
-  return any && !open;
+  return any && open == 0;
 }
 
 FoundRanges FindBracketedText(std::span<const CharBox> boxes, const HearingBrackets& brackets) {
