@@ -20,6 +20,9 @@ Program::Program(FileSystem& files, Dialogs& dialogs, const ProgramPlace& place)
       settings_(files, place) {
   settings_.Open("", false);
   session_.dataFolder = place.appData.value_or("");
+  session_.makeOcrEngine = [this] {
+    return MakeOcrEngine(session_.files, session_.reporter, OcrDatabaseFolder(session_.dataFolder));
+  };
   session_.reporter.InstallHooks(frontEnd_.Hooks());
 }
 

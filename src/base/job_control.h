@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 
 namespace quillomar {
 
@@ -27,6 +28,11 @@ struct JobControl {
   std::atomic<bool> abortRequested = false;
   std::atomic<int> percent = 0;  // 0 to 100
   std::atomic<Operation> operation = Operation::kNone;
+  // Of a job that counts what it does: all items, those done, and when it began to count, as
+  // MonotonicMs tells it.
+  std::atomic<int> items = 0;
+  std::atomic<int> itemsDone = 0;
+  std::atomic<std::int64_t> countingSince = 0;
 };
 
 }  // namespace quillomar

@@ -74,6 +74,7 @@ int RunWithFiles(const CliCommand& command, const CliOptions& options, Session& 
   const bool showStatus = streams.errIsTerminal && !options.quiet;
   JobRunner& runner = showStatus ? static_cast<JobRunner&>(terminalRunner) : inlineRunner;
   Editor editor(session, frontEnd, runner);
+  session.ocrLanguage = options.language;
   session.fastOpen = options.fast ? FastOpen::kAlways : FastOpen::kNever;
   editor.ReadRecentFiles();
   const auto disc = options.files.begin() + (command.takesInput ? 1 : 0);

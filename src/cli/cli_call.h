@@ -49,5 +49,7 @@ int RunExportBmp(const CliCall& call);
 int RunExportPpm(const CliCall& call);
 int RunImportBmp(const CliCall& call);
 int RunExportSup(const CliCall& call);
+int RunOcrCommand(const CliCall& call);
+int RunEraseHearingImpaired(const CliCall& call);
 
 }  // namespace quillomar

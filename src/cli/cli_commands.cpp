@@ -40,7 +40,8 @@ constexpr const char* kOptionHelp =
     "\n"
     "Common options:\n"
     "  --ifo FILE        where the colours of a .sup file come from\n"
-    "  --json            machine-readable output (list, disc, clut)\n"
+    "  --language CODE   en, fr, ..., in place of what the disc says of its streams\n"
+    "  --json            machine-readable output (list, disc, clut, ocr)\n"
     "  --quiet           no output but errors\n"
     "  --yes             answers questions with yes\n"
     "  --fast            reads only what an earlier run found worth reading, where nothing has\n"
@@ -74,6 +75,16 @@ const std::vector<CliCommand>& CliCommands() {
        RunText,
        "--out"},
       {"srt", "--out FILE", "writes the recognised text as SubRip", {"--out"}, RunSrt, "--out"},
+      {"ocr",
+       "[--language CODE] [--srt FILE]",
+       "reads the text of the subpictures and prints it, or writes it as SubRip",
+       {"--language", "--srt"},
+       RunOcrCommand},
+      {"erase-hi",
+       "[--language CODE]",
+       "erases text for the hearing-impaired from the bitmaps and saves them in place",
+       {"--language"},
+       RunEraseHearingImpaired},
       {"set",
        "EDIT...",
        "changes subpictures and saves them in place",

@@ -4,6 +4,9 @@
 #include <future>
 #include <istream>
 
+#include "base/platform.h"
+#include "editor/job_labels.h"
+
 namespace quillomar {
 namespace {
 
@@ -44,7 +47,9 @@ void TerminalJobRunner::Run(std::function<void()> work, std::function<void()> fi
 }
 
 void TerminalJobRunner::ShowStatus() {
-  err_ << '\r' << session_.reporter.StatusText() << "\x1b[K" << std::flush;
+  const std::string pace = JobPaceText(session_.job, MonotonicMs());
+  const std::string status = pace.empty() ? session_.reporter.StatusText() : pace;
+  err_ << '\r' << status << "\x1b[K" << std::flush;
 }
 
 }  // namespace quillomar

@@ -11,6 +11,9 @@ int main(int argc, char** argv) {
   const auto files = MakeDiskFileSystem();
   Session session(*files, std::make_unique<DirectTransactionSource>());
   session.dataFolder = EnvironmentVariable("APPDATA").value_or("");
+  session.makeOcrEngine = [&session] {
+    return MakeOcrEngine(session.files, session.reporter, OcrDatabaseFolder(session.dataFolder));
+  };
   const CliStreams streams{std::cin, std::cout, std::cerr, IsTerminal(StandardStream::kIn),
                            IsTerminal(StandardStream::kError)};
   return RunCli({argv + 1, argv + argc}, session, streams);

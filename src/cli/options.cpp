@@ -133,6 +133,12 @@ bool AddSetting(CliOptions& options, const std::string& text) {
   return true;
 }
 
+bool SetLanguage(CliOptions& options, const std::string& text) {
+  options.language = text;
+  return (text.size() == 2 || text.size() == 3) &&
+         std::all_of(text.begin(), text.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
 bool SetFade(CliOptions& options, const std::string& text) {
   if (text != "add" && text != "remove") return false;
   options.edits.fade = text == "add" ? FadeEdit::kAdd : FadeEdit::kRemove;
@@ -254,6 +260,8 @@ std::map<std::string, OptionRule> MakeRules() {
       {"--ifo", {true, Path(&CliOptions::ifoPath)}},
       {"--types", {true, Path(&CliOptions::typesPath)}},
       {"--out", {true, Path(&CliOptions::outPath)}},
+      {"--srt", {true, Path(&CliOptions::srtPath)}},
+      {"--language", {true, SetLanguage}},
       {"--composed", {false, Flag(&CliOptions::composed)}},
       {"--bits", {true, SetBits}},
       {"--scale", {true, SetScale}},

@@ -33,6 +33,7 @@ struct CliOptions {
   std::string ifoPath;            // of a .sup file's colours
   std::string typesPath;          // render
   std::string outPath;            // exports
+  std::string srtPath;            // ocr
   int bits = 24;                  // of a pixel of a BMP: 24 or 4
   double scaleX = 1, scaleY = 1;  // of a PPM
   bool composed = false;          // frame
@@ -41,6 +42,7 @@ struct CliOptions {
   std::optional<int> pgc;
   std::vector<std::pair<int, Rgb>> entries;
   std::optional<double> delta;  // retime: seconds
+  std::string language;         // of the text: two letters, or three as recognisers have them
 };
 
 // Reads the words behind the command's name; `accepted` holds the option names the command takes

@@ -34,10 +34,10 @@ constexpr auto kCommands = std::to_array<Command>({
     {kReloadUnit, "reloadUnit", Menu::kEdit, "Reload this SPU from file \t(Ctrl-Z)", "Ctrl+Z", kIdleWithUnit, &Editor::ReloadCurrent, true},
     {kReloadAll, "reloadAll", Menu::kEdit, "Reload all SPUs from file", "", kIdleWithSet, &Editor::ReloadAll},
 
-    {kOcrCurrent, "ocrCurrent", Menu::kOcr, "OCR current subpic \t(Ctrl-T)", "Ctrl+T", kIdleWithUnit, kNotBuilt},
-    {kOcrSelected, "ocrSelected", Menu::kOcr, "OCR selected subpics \t(Ctrl-Shift-T)", "Ctrl+Shift+T", kIdleWithUnit, kNotBuilt},
-    {kHideHearingImpaired, "hideHearingImpaired", Menu::kOcr, "Hide hearing impaired text in current subpic \t(Ctrl+W)", "Ctrl+W", kIdleWithUnit, kNotBuilt, true},
-    {kHideHearingImpairedAll, "hideHearingImpairedAll", Menu::kOcr, "Hide hearing impaired text in all selected subpics", "Ctrl+Shift+W", kIdleWithUnit, kNotBuilt},
+    {kOcrCurrent, "ocrCurrent", Menu::kOcr, "OCR current subpic \t(Ctrl-T)", "Ctrl+T", kIdleWithUnit, &Editor::OcrCurrent},
+    {kOcrSelected, "ocrSelected", Menu::kOcr, "OCR selected subpics \t(Ctrl-Shift-T)", "Ctrl+Shift+T", kIdleWithUnit, &Editor::OcrSelected},
+    {kHideHearingImpaired, "hideHearingImpaired", Menu::kOcr, "Hide hearing impaired text in current subpic \t(Ctrl+W)", "Ctrl+W", kIdleWithUnit, &Editor::HideHearingImpaired, true},
+    {kHideHearingImpairedAll, "hideHearingImpairedAll", Menu::kOcr, "Hide hearing impaired text in all selected subpics", "Ctrl+Shift+W", kIdleWithUnit, &Editor::HideHearingImpairedAll},
 
     {kViewLog, "viewLog", Menu::kHelp, "View Log File", "", kAlways, &Editor::ViewLog},
     {kManual, "manual", Menu::kHelp, "User Manual\t(F1)", "F1", kAlways, &Editor::ShowManual, true},
@@ -80,7 +80,8 @@ constexpr auto kCommands = std::to_array<Command>({
     {kPlay, "play", Menu::kNone, "Start or stop playback", "Space", kIdleWithUnit, kNotBuilt, false, kNotInText},
     {kPreviousAudio, "previousAudio", Menu::kNone, "Select the previous audio stream for playback", "Ctrl+Shift+M", kIdleWithSet, kNotBuilt},
     {kNextAudio, "nextAudio", Menu::kNone, "Select the next audio stream for playback", "Ctrl+M", kIdleWithSet, kNotBuilt},
-    {kEraseOcrText, "eraseOcrText", Menu::kNone, "Erase the selected text from the OCR output and the bitmap", "Del; Backspace; Ctrl+X", kIdleWithUnit, kNotBuilt, false, kOcrText},
+    {kEraseOcrText, "eraseOcrText", Menu::kNone, "Erase the selected text from the OCR output and the bitmap", "Del; Backspace; Ctrl+X", kIdleWithUnit, &Editor::EraseText, false, kOcrText},
+    {kNextDoubtful, "nextDoubtful", Menu::kNone, "Go to the next doubtful or unknown character", "F4", kIdleWithUnit, &Editor::NextDoubtful},
 });
 // clang-format on
 

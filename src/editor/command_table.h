@@ -71,6 +71,7 @@ enum class CommandId {
   kPreviousAudio,
   kNextAudio,
   kEraseOcrText,
+  kNextDoubtful,
 };
 
 // When a command may run. A command whose guard does not hold does nothing, without a word.

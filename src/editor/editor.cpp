@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/platform.h"
 #include "editor/job_labels.h"
 #include "editor/view_builder.h"
 
@@ -22,7 +23,8 @@ Editor::Editor(Session& session, FrontEnd& frontEnd, JobRunner& runner)
       frontEnd_(frontEnd),
       runner_(runner),
       document_(session),
-      recent_(session.files) {}
+      recent_(session.files),
+      ocr_(session, document_) {}
 
 bool Editor::Enabled(const Command& command) const {
   if (command.handler == nullptr) return false;
@@ -52,6 +54,8 @@ void Editor::StartJob(Operation operation, const std::string& title, Work work, 
   jobStart_ = std::chrono::steady_clock::now();
   session_.job.abortRequested = false;
   session_.job.percent = 0;
+  session_.job.items = 0;
+  refused_ = 0;
   session_.job.operation = operation;
   session_.reporter.ClearStatusText();
   frontEnd_.JobStarted(title);
@@ -72,6 +76,8 @@ std::string Editor::JobLabel() const {
 
 std::string Editor::JobTimeLeft() const {
   using std::chrono::milliseconds;
+  const std::string pace = JobPaceText(session_.job, MonotonicMs());
+  if (!pace.empty()) return pace;
   const auto elapsed = std::chrono::steady_clock::now() - jobStart_;
   return TimeLeftText(session_.job.operation, session_.job.percent,
                       std::chrono::duration_cast<milliseconds>(elapsed));
@@ -102,6 +108,7 @@ void Editor::UpdateView() {
   if (const UnitPointer current = selection_.Current(); current != shown_) {
     shown_ = current;
     look_.button = 0;
+    selectedText_.reset();
   }
   view_ = BuildView(document_, selection_, session_.preferences, look_);
   view_.canEdit = view_.hasUnit && !busy_;

@@ -11,6 +11,7 @@
 #include "editor/document.h"
 #include "editor/front_end.h"
 #include "editor/last_modifications.h"
+#include "editor/ocr_desk.h"
 #include "editor/recent_files.h"
 #include "editor/selection.h"
 #include "editor/session.h"
@@ -100,7 +101,28 @@ class Editor {
   // Moves units, given in the order of the list, after the warning that is shown once per run.
   void Retime(UnitList units, double seconds);
 
+  // Whether text can be read; says why not.
+  [[nodiscard]] bool MayReadText() { return ocr_.Ready(); }
+  // Reads units, given in the order of the list.
+  void OcrUnits(const UnitList& units);
+  // Takes text for the hearing-impaired out of units, given in the order of the list.
+  void HideHearingImpairedIn(const UnitList& units);
+  // Units of which the job that ended last could not change what it should.
+  [[nodiscard]] int RefusedByLastJob() const { return refused_; }
+  // Characters of the current unit's text that erasing and correcting are about.
+  void SelectText(std::optional<BoxRange> range) { selectedText_ = range; }
+  // What they should have been read as; asks whether the same glyph elsewhere follows.
+  void CorrectText(const std::string& text);
+  // Shows the text as it was before anything was erased.
+  void ShowSavedText(bool on);
+
   // Command handlers.
+  void OcrCurrent();
+  void OcrSelected();
+  void HideHearingImpaired();
+  void HideHearingImpairedAll();
+  void EraseText();
+  void NextDoubtful();
   void OpenVobs();
   void OpenFullDomain();
   void OpenMostRecent();
@@ -153,7 +175,8 @@ class Editor {
   void Tick();
   // Label of the running job for the progress display; empty without one.
   [[nodiscard]] std::string JobLabel() const;
-  // How long it will take still; empty while that is not known.
+  // How long it will take still, and how fast a job goes that counts; empty while that is not
+  // known.
   [[nodiscard]] std::string JobTimeLeft() const;
   [[nodiscard]] bool JobCanStop() const;
 
@@ -170,6 +193,7 @@ class Editor {
   [[nodiscard]] TextSearch MakeSearch() const;
   void Find(int direction);
   void ShowButton(int button);
+  void ChooseText(BoxRange range);
   void OpenSupFile(const std::string& path);
   void ChooseIfo();
   [[nodiscard]] std::string ProposedBitmapName() const;
@@ -204,6 +228,9 @@ class Editor {
   RecentFiles recent_;
   Selection selection_;
   LastModifications last_;
+  OcrDesk ocr_;
+  std::optional<BoxRange> selectedText_;
+  int refused_ = 0;
   View view_;
   ViewOptions look_;
   std::string searchText_;

@@ -44,6 +44,7 @@ void Editor::CloseFiles() {
   selection_.Clear();
   last_ = {};
   look_ = {};
+  ocr_.ForgetDisc();
   UpdateView();
 }
 

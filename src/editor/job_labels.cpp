@@ -1,5 +1,7 @@
 #include "editor/job_labels.h"
 
+#include <algorithm>
+
 #include "base/format.h"
 
 namespace quillomar {
@@ -58,6 +60,18 @@ std::string TimeLeftText(Operation operation, int percent, std::chrono::millisec
   const auto seconds = static_cast<int>(std::chrono::ceil<std::chrono::seconds>(left).count());
   if (seconds < kMostSeconds) return Format("About %d s left", seconds);
   return Format("About %d min left", (seconds + kSecondsInMinute - 1) / kSecondsInMinute);
+}
+
+std::string JobPaceText(const JobControl& control, std::int64_t nowMs) {
+  constexpr double kMsPerSecond = 1000;
+  const int items = control.items;
+  const int done = control.itemsDone;
+  if (items == 0 || done == 0) return {};
+  const double seconds =
+      static_cast<double>(std::max<std::int64_t>(nowMs - control.countingSince, 1)) / kMsPerSecond;
+  const int left = static_cast<int>((items - done) * seconds / done);
+  return Format("%d of %d subpics, %.1f a second, %d:%02d to go", done, items, done / seconds,
+                left / kSecondsInMinute, left % kSecondsInMinute);
 }
 
 }  // namespace quillomar

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 
 #include "base/job_control.h"
@@ -18,5 +19,9 @@ namespace quillomar {
 // so itself.
 [[nodiscard]] std::string TimeLeftText(Operation operation, int percent,
                                        std::chrono::milliseconds elapsed);
+
+// Items done, items a second and time to go of a job that counts; empty for others, and before the
+// first item is done. `nowMs` as MonotonicMs tells it.
+[[nodiscard]] std::string JobPaceText(const JobControl& control, std::int64_t nowMs);
 
 }  // namespace quillomar

@@ -1,12 +1,16 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
 #include "base/file.h"
 #include "base/job_control.h"
+#include "base/paths.h"
 #include "base/reporting.h"
 #include "base/transaction.h"
+#include "ocr/engine.h"
+#include "ocr/run_ocr.h"
 #include "settings/preferences.h"
 
 namespace quillomar {
@@ -29,8 +33,17 @@ struct Session {
   std::string logPath;     // empty: no log
   std::string dataFolder;  // of the recent files; empty: none are kept
   FastOpen fastOpen = FastOpen::kAsk;
-  bool warnedOfOnly4x3 = false;   // the 4:3 warning is shown once per run
-  bool warnedOfRetiming = false;  // as is the one that a retiming has no undo
+  // Makes the engine that reads text; gives null where there is none.
+  std::function<std::unique_ptr<OcrEngine>()> makeOcrEngine;
+  std::string ocrLanguage;  // two letters, in place of what the disc says of its streams
+  int rememberedTextType = kNoTextTypeYet;  // of the unit read last
+  bool warnedOfOnly4x3 = false;             // the 4:3 warning is shown once per run
+  bool warnedOfRetiming = false;            // as is the one that a retiming has no undo
 };
+
+// Where the patterns are kept that the user has taught; empty: nowhere.
+[[nodiscard]] inline std::string OcrDatabaseFolder(const std::string& dataFolder) {
+  return dataFolder.empty() ? std::string() : JoinPath(dataFolder, "db");
+}
 
 }  // namespace quillomar

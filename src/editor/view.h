@@ -8,6 +8,7 @@
 #include "dvd/sector.h"
 #include "dvd/video_standard.h"
 #include "editor/picture.h"
+#include "editor/text_view.h"
 #include "editor/view_options.h"
 #include "spu/duration.h"
 
@@ -74,6 +75,7 @@ struct View {
   int textAlpha = 0;    // transparency slider, 0 to 15
   PlaceView place;
   TimeView time;
+  TextView text;
   bool canEdit = false;  // unit and its set may be changed
 };
 

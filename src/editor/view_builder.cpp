@@ -87,6 +87,7 @@ void FillUnit(Document& document, SubpictureUnit& unit, const Preferences& prefe
     view.picture = ShownPicture(unit, palette, shownClut, options);
   }
   view.hasUnit = true;
+  view.text = BuildTextView(unit, options.savedText);
   view.options = options;
   view.buttonCount = static_cast<int>(unit.highlight.buttons.size());
   view.place = BuildPlaceView(unit, preferences, context.standard);

@@ -14,7 +14,8 @@ struct ViewOptions {
   bool automaticClut = false;        // its own colours in place of the IFO's
   bool ignoreTransparency = false;   // all types but the background are opaque
   ButtonLook buttonLook = ButtonLook::kNone;
-  int button = 0;  // from 0
+  int button = 0;          // from 0
+  bool savedText = false;  // the recognised text as it was before anything was erased
 };
 
 }  // namespace quillomar

@@ -24,6 +24,7 @@
 #include "ui/list_navigator.h"
 #include "ui/look_panel.h"
 #include "ui/menu_builder.h"
+#include "ui/ocr_panel.h"
 #include "ui/picture_view.h"
 #include "ui/place_panel.h"
 #include "ui/preferences_dialog.h"
@@ -66,6 +67,7 @@ std::vector<std::string> LocalFiles(const QMimeData& data) {
 MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
     : editor_(editor),
       picture_(new PictureView(this)),
+      ocr_(new OcrPanel(editor, *picture_, this)),
       navigator_(new ListNavigator(editor, this)),
       selectors_(new SelectorPanel(editor, this)),
       search_(new SearchPanel(editor, this)),
@@ -109,6 +111,7 @@ QWidget* MainWindow::MakePictureSide() {
   auto* const layout = new QVBoxLayout(side);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(picture_, 1);
+  layout->addWidget(ocr_);
   auto* const row = new QHBoxLayout;
   row->addWidget(navigator_, 1);
   row->addWidget(new ZoomChooser(*zoom_, this));
@@ -235,6 +238,7 @@ void MainWindow::Refresh() {
   picture_->SetBackground(backgroundColour);
   picture_->Show(view);
   zoom_->Show(view, backgroundColour);
+  ocr_->Show(view, editor_.Busy());
   navigator_->Show(view);
   selectors_->Show(view, editor_.Busy());
   search_->Show(view, editor_.Busy());

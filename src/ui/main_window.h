@@ -24,6 +24,7 @@ class InfoPane;
 class KeyFilter;
 class ListNavigator;
 class LookPanel;
+class OcrPanel;
 class PictureView;
 class PlacePanel;
 class PreferencesDialog;
@@ -82,6 +83,7 @@ class MainWindow final : public QMainWindow {
   Editor& editor_;
   std::function<void()> onClosing_;
   PictureView* picture_;
+  OcrPanel* ocr_;
   ListNavigator* navigator_;
   SelectorPanel* selectors_;
   SearchPanel* search_;
