@@ -23,7 +23,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {kSaveAll, "saveAll", Menu::kFile, "Save all modifications \t(Ctrl-S)", "Ctrl+S", kIdleWithSet, &Editor::SaveAll, true},
     {kSaveSup, "saveSup", Menu::kFile, "Save selected subpics as .SUP file", "", kIdleWithUnit, &Editor::SaveSup},
     {kSaveBitmap, "saveBitmap", Menu::kFile, "Save current subpic as a bitmap", "", kIdleWithUnit, &Editor::SaveBitmap, true},
-    {kSaveFrame, "saveFrame", Menu::kFile, "Save current video frame as .BMP", "", kIdleWithSet, kNotBuilt},
+    {kSaveFrame, "saveFrame", Menu::kFile, "Save current video frame as .BMP", "", kIdleWithFrame, &Editor::SaveVideoFrame},
     {kReplaceBitmap, "replaceBitmap", Menu::kFile, "Replace current subpic with .BMP file", "", kIdleWithUnit, &Editor::ReplaceBitmap},
     {kEditBitmap, "editBitmap", Menu::kFile, "Edit subpic bitmap with external tool\t(Ctrl-Shift-E)", "Ctrl+Shift+E", kIdleWithUnit, &Editor::EditBitmap},
     {kPreferences, "preferences", Menu::kFile, "Preferences", "", kIdle, &Editor::ShowPreferences, true},

@@ -77,9 +77,10 @@ enum class CommandId {
 // When a command may run. A command whose guard does not hold does nothing, without a word.
 enum class Guard {
   kAlways,
-  kIdle,          // no job runs
-  kIdleWithSet,   // and a file set is open
-  kIdleWithUnit,  // and there is a current subpicture
+  kIdle,           // no job runs
+  kIdleWithSet,    // and a file set is open
+  kIdleWithUnit,   // and there is a current subpicture
+  kIdleWithFrame,  // no job runs and there is a picture of the video
 };
 
 // Where a key is the command's. A box that takes free text keeps all keys that are pressed in it.

@@ -31,6 +31,7 @@ void Document::Reset() {
 void Document::Prepare() {
   set_.Validate();
   if (set_.Empty()) return;
+  set_.LayOut();
   const std::string& firstVob = set_.Files().front().path;
   const std::string path = FindIgnoringCase(session_.files, IfoPathOfVob(firstVob));
   if (Failed(ifo_.Load(path))) {

@@ -24,7 +24,9 @@ Editor::Editor(Session& session, FrontEnd& frontEnd, JobRunner& runner)
       runner_(runner),
       document_(session),
       recent_(session.files),
-      ocr_(session, document_) {}
+      ocr_(session, document_),
+      video_(session.files, session.reporter, frontEnd.Video(),
+             {[this] { FrameChanged(); }, [] {}, [] {}}) {}
 
 bool Editor::Enabled(const Command& command) const {
   if (command.handler == nullptr) return false;
@@ -37,6 +39,8 @@ bool Editor::Enabled(const Command& command) const {
       return !busy_ && document_.IsOpen();
     case Guard::kIdleWithUnit:
       return !busy_ && selection_.Current() != nullptr;
+    case Guard::kIdleWithFrame:
+      return !busy_ && video_.Frame() != nullptr;
   }
   return false;
 }
@@ -50,6 +54,11 @@ void Editor::StartJob(Operation operation, const std::string& title, Work work, 
   if (busy_) return;
   busy_ = true;
   jobChangesUnits_ = !GrowsList(operation);
+  if (jobChangesUnits_) {
+    video_.StopAndForget();
+  } else {
+    video_.Stop();
+  }
   ticks_ = 0;
   jobStart_ = std::chrono::steady_clock::now();
   session_.job.abortRequested = false;
@@ -113,7 +122,9 @@ void Editor::UpdateView() {
   view_ = BuildView(document_, selection_, session_.preferences, look_);
   view_.canEdit = view_.hasUnit && !busy_;
   if (!busy_) view_.aspect = document_.Results().aspect;
+  FillVideo();
   frontEnd_.Refresh();
+  WantFrame();
   WarnIfOnly4x3();
 }
 
@@ -129,6 +140,7 @@ void Editor::WarnIfOnly4x3() {
 }
 
 void Editor::Redraw() {
+  video_.Renew();
   UpdateView();
 }
 

@@ -16,6 +16,7 @@
 #include "editor/selection.h"
 #include "editor/session.h"
 #include "editor/unit_edits.h"
+#include "editor/video_control.h"
 #include "editor/view.h"
 #include "editor/view_options.h"
 
@@ -96,6 +97,13 @@ class Editor {
   // Asks for a colour for the entry that a pixel type shows and changes the CLUT.
   void EditClutEntry(int pixelType);
 
+  // The video behind the subpictures.
+  void ShowVideo(bool on);
+  // Shows units over the I-frame nearest to their end and not over the one they appear on.
+  void ShowEndFrame(bool on);
+  // To the next (1) or the previous (-1) picture.
+  void StepFrame(int direction);
+
   // Whether units of the open files can be moved in time now; says why not.
   [[nodiscard]] bool MayRetime();
   // Moves units, given in the order of the list, after the warning that is shown once per run.
@@ -134,6 +142,7 @@ class Editor {
   void SaveSup();
   void SaveBitmap();
   void SavePpm();
+  void SaveVideoFrame();
   void ReplaceBitmap();
   void EditBitmap();
   void CropCurrent();
@@ -212,6 +221,11 @@ class Editor {
   void StartJob(Operation operation, const std::string& title, Work work, Work afterwards);
   void RefillList();
   void UpdateView();
+  void OpenVideo();
+  void FillVideo();
+  void WantFrame();
+  [[nodiscard]] std::optional<FrameRequest> FrameOfListed(int index);
+  void FrameChanged();
   // The sequence that edits of the look go to; nothing: all.
   [[nodiscard]] std::optional<int> EditedSequence() const;
   void AddFiles(const std::vector<std::string>& paths);
@@ -235,6 +249,9 @@ class Editor {
   ViewOptions look_;
   std::string searchText_;
   UnitPointer shown_;  // the unit in the view
+  VideoControl video_;
+  bool showsVideo_ = false;
+  bool showsEndFrame_ = false;
   bool busy_ = false;
   bool jobChangesUnits_ = false;  // the view must not look at units until the job has ended
   int ticks_ = 0;

@@ -40,6 +40,7 @@ bool Editor::MayClose() {
 }
 
 void Editor::CloseFiles() {
+  video_.Close();
   document_.Reset();
   selection_.Clear();
   last_ = {};
@@ -136,6 +137,7 @@ void Editor::StartScan() {
   if (!document_.IsOpen()) return;
   session_.reporter.OpenLog(session_.logPath);
   document_.Prepare();
+  OpenVideo();
   if (const auto known = ChooseFastOpen()) {
     LoadRecent(*known);
     return;

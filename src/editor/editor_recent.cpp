@@ -66,6 +66,7 @@ void Editor::LoadRecent(std::size_t entry) {
   }
   session_.reporter.OpenLog(session_.logPath);
   document_.Prepare();
+  OpenVideo();
   StartJob(
       Operation::kLoadingRecent, "",
       [this, lbas = std::move(cache->lbas)] { document_.Scan(lbas); },

@@ -9,6 +9,7 @@
 #include "dvd/clut.h"
 #include "dvd/video_standard.h"
 #include "editor/last_modifications.h"
+#include "editor/video_host.h"
 
 namespace quillomar {
 
@@ -73,6 +74,9 @@ class FrontEnd {
   virtual void Beep() {}
   // Brings the keyboard to the box for the characters to be found, and empties it.
   virtual void FocusCharacters() {}
+
+  // Null for a front end that shows no video.
+  virtual VideoHost* Video() { return nullptr; }
 
   // The file set, the list or the current unit has changed: show it anew.
   virtual void Refresh() = 0;

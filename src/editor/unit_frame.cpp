@@ -24,6 +24,21 @@ FrameRequest FrameRequestFor(const SubpictureUnit& unit) {
   return {unit.Lba(), unit.state.pts, unit.globalTime - std::int64_t{unit.state.pts}};
 }
 
+std::optional<std::int64_t> EndTicks(const SubpictureUnit& unit) {
+  const auto& sequences = unit.state.sequences;
+  if (sequences.size() <= 1) return std::nullopt;
+  return std::int64_t{sequences.back().delay} * kDelayUnitTicks;
+}
+
+FrameRequest EndFrameRequestFor(const SubpictureUnit& unit, const SubpictureUnit* next) {
+  FrameRequest request = FrameRequestFor(unit);
+  const std::int64_t untilNext = next == nullptr ? 0 : next->globalTime - unit.globalTime;
+  const std::int64_t length = EndTicks(unit).value_or(untilNext);
+  request.pts = static_cast<std::uint32_t>(unit.state.pts + length);
+  request.choice = FrameChoice::kNearestIntra;
+  return request;
+}
+
 void LayOver(VideoFrame& frame, const SubpicturePicture& picture) {
   const auto index = [](int row, int width, int column) {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(width) +

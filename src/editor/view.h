@@ -11,6 +11,7 @@
 #include "editor/text_view.h"
 #include "editor/view_options.h"
 #include "spu/duration.h"
+#include "video/video_frame.h"
 
 namespace quillomar {
 
@@ -48,6 +49,14 @@ struct TimeView {
   bool canAddFade = false;
 };
 
+// The video behind the subpicture.
+struct VideoView {
+  bool available = false;  // the files hold video that can be looked at
+  bool shown = false;      // else the background colour stands in its place
+  bool atEnd = false;      // the picture is the one nearest to the unit's end
+  FramePointer frame;      // null without a picture
+};
+
 // Everything the window shows, as one snapshot that a running job never changes.
 struct View {
   bool hasSet = false;
@@ -76,6 +85,7 @@ struct View {
   PlaceView place;
   TimeView time;
   TextView text;
+  VideoView video;
   bool canEdit = false;  // unit and its set may be changed
 };
 

@@ -34,6 +34,7 @@
 #include "ui/search_panel.h"
 #include "ui/selector_panel.h"
 #include "ui/time_panel.h"
+#include "ui/video_panel.h"
 #include "ui/zoom_window.h"
 
 namespace quillomar {
@@ -68,6 +69,7 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
     : editor_(editor),
       picture_(new PictureView(this)),
       ocr_(new OcrPanel(editor, *picture_, this)),
+      video_(new VideoPanel(editor, this)),
       navigator_(new ListNavigator(editor, this)),
       selectors_(new SelectorPanel(editor, this)),
       search_(new SearchPanel(editor, this)),
@@ -116,6 +118,7 @@ QWidget* MainWindow::MakePictureSide() {
   row->addWidget(navigator_, 1);
   row->addWidget(new ZoomChooser(*zoom_, this));
   layout->addLayout(row);
+  layout->addWidget(video_);
   return side;
 }
 
@@ -204,6 +207,7 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
   timer_.setInterval(kTickInterval);
   connect(&timer_, &QTimer::timeout, this, &MainWindow::Tick);
   connect(&frontEnd, &QtFrontEnd::Changed, this, &MainWindow::Refresh);
+  connect(frontEnd.Video(), &QtVideoHost::Changed, this, &MainWindow::ShowVideo);
   connect(&frontEnd, &QtFrontEnd::JobBegan, this, &MainWindow::BeginJob);
   connect(&frontEnd, &QtFrontEnd::JobOver, this, &MainWindow::EndJob);
   connect(&frontEnd, &QtFrontEnd::CloseRequested, this, &MainWindow::close);
@@ -240,6 +244,7 @@ void MainWindow::Refresh() {
   zoom_->Show(view, backgroundColour);
   ocr_->Show(view, editor_.Busy());
   navigator_->Show(view);
+  video_->Show(view.video, editor_.Busy());
   selectors_->Show(view, editor_.Busy());
   search_->Show(view, editor_.Busy());
   info_->ShowRtf(view.infoRtf);
@@ -252,6 +257,14 @@ void MainWindow::Refresh() {
   saveInfo_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kSaveInfoText)));
   menus_->Update();
   ShowStatus();
+}
+
+// Comes many times a second while video plays.
+void MainWindow::ShowVideo() {
+  const View& view = editor_.CurrentView();
+  picture_->Show(view);
+  video_->Show(view.video, editor_.Busy());
+  menus_->Update();
 }
 
 void MainWindow::ShowStatus() {

@@ -34,6 +34,7 @@ class RetimeDialog;
 class SearchPanel;
 class SelectorPanel;
 class TimePanel;
+class VideoPanel;
 class ZoomWindow;
 
 // The editor's window.
@@ -73,6 +74,7 @@ class MainWindow final : public QMainWindow {
   void ConnectFrontEnd(QtFrontEnd& frontEnd);
   void FocusCharacters();
   void Refresh();
+  void ShowVideo();
   void ShowStatus();
   void BeginJob(const QString& title);
   void EndJob();
@@ -84,6 +86,7 @@ class MainWindow final : public QMainWindow {
   std::function<void()> onClosing_;
   PictureView* picture_;
   OcrPanel* ocr_;
+  VideoPanel* video_;
   ListNavigator* navigator_;
   SelectorPanel* selectors_;
   SearchPanel* search_;

@@ -16,6 +16,13 @@ constexpr int kSmallestHeight = 240;
 // rows would look thicker than others.
 constexpr double kScaleOfCleanSquares = 3.0;
 
+QImage ToImage(const VideoFrame& frame) {
+  const QImage image(frame.rgb.data(), frame.width, frame.height, qsizetype{frame.width} * 3,
+                     QImage::Format_RGB888);
+  // Painting scales this form faster.
+  return image.convertToFormat(QImage::Format_RGB32);
+}
+
 }  // namespace
 
 PictureView::PictureView(QWidget* parent) : QWidget(parent) {
@@ -29,11 +36,20 @@ void PictureView::Show(const View& view) {
   frame_ = QSize(kPictureWidth, FrameHeight(view.standard));
   aspect_ = view.aspect == kWideAspect ? 16.0 / 9.0 : 4.0 / 3.0;
   picture_ = view.hasUnit ? ToImage(view.picture) : QImage();
+  border_ = view.hasUnit ? view.place.border : 0;
+  ShowFrame(view.video);
   place_ = QPoint(view.picture.x, view.picture.y);
   setAccessibleDescription(view.hasUnit
                                ? QString("Subpicture %1 of %2").arg(view.index + 1).arg(view.count)
                                : QString("No subpicture"));
   update();
+}
+
+void PictureView::ShowFrame(const VideoView& video) {
+  const FramePointer wanted = video.shown ? video.frame : nullptr;
+  if (wanted == shownVideo_) return;
+  shownVideo_ = wanted;
+  video_ = wanted ? ToImage(*wanted) : QImage();
 }
 
 void PictureView::SetBackground(Rgb colour) {
@@ -51,16 +67,29 @@ QSize PictureView::sizeHint() const {
   return {kPictureWidth, kPictureWidth * 3 / 4};
 }
 
+void PictureView::PaintFrame(QPainter& painter, const QRectF& target) const {
+  if (video_.isNull()) {
+    painter.fillRect(target, background_);
+  } else {
+    painter.drawImage(target, video_);
+  }
+  const double border = border_ * target.height() / frame_.height();
+  if (border <= 0) return;
+  painter.fillRect(QRectF(target.topLeft(), QSizeF(target.width(), border)), Qt::black);
+  painter.fillRect(QRectF(target.left(), target.bottom() - border, target.width(), border),
+                   Qt::black);
+}
+
 void PictureView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   const QRectF target = FrameRect();
-  painter.fillRect(target, background_);
-  if (picture_.isNull()) return;
   const double scaleX = target.width() / frame_.width();
   const double scaleY = target.height() / frame_.height();
   const double shownScale = std::min(scaleX, scaleY) * devicePixelRatioF();
   painter.setRenderHint(QPainter::SmoothPixmapTransform, shownScale < kScaleOfCleanSquares);
   painter.setClipRect(target);
+  PaintFrame(painter, target);
+  if (picture_.isNull()) return;
   const QRectF area(target.x() + place_.x() * scaleX, target.y() + place_.y() * scaleY,
                     picture_.width() * scaleX, picture_.height() * scaleY);
   painter.drawImage(area, picture_);

@@ -28,11 +28,17 @@ class PictureView final : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void ShowFrame(const VideoView& video);
+  void PaintFrame(QPainter& painter, const QRectF& target) const;
+
   QSize frame_{kPictureWidth, 480};  // pixels, lines
   double aspect_ = 4.0 / 3.0;        // width to height as displayed
   QColor background_;
-  QImage picture_;  // null without a subpicture
-  QPoint place_;    // of the picture on the frame
+  FramePointer shownVideo_;  // what video_ was made of
+  QImage video_;             // null without a frame
+  int border_ = 0;           // lines of black at the top and at the bottom
+  QImage picture_;           // null without a subpicture
+  QPoint place_;             // of the picture on the frame
 };
 
 }  // namespace quillomar

@@ -6,6 +6,7 @@
 
 #include "base/reporting.h"
 #include "editor/front_end.h"
+#include "ui/qt_video_host.h"
 
 namespace quillomar {
 
@@ -16,7 +17,9 @@ class QtFrontEnd final : public QObject, public FrontEnd {
   Q_OBJECT
 
  public:
-  explicit QtFrontEnd(Dialogs& dialogs) : dialogs_(dialogs) {}
+  // `sound` may be null.
+  explicit QtFrontEnd(Dialogs& dialogs, AudioOutput* sound = nullptr)
+      : dialogs_(dialogs), video_(sound) {}
 
   // Hooks that show their messages and questions on the thread of this object; a worker that calls
   // one waits for the answer.
@@ -39,6 +42,7 @@ class QtFrontEnd final : public QObject, public FrontEnd {
   void CloseWindow() override { emit CloseRequested(); }
   void Beep() override;
   void FocusCharacters() override { emit CharactersRequested(); }
+  QtVideoHost* Video() override { return &video_; }
   void Refresh() override { emit Changed(); }
   void JobStarted(const std::string& title) override {
     emit JobBegan(QString::fromStdString(title));
@@ -62,6 +66,7 @@ class QtFrontEnd final : public QObject, public FrontEnd {
 
  private:
   Dialogs& dialogs_;
+  QtVideoHost video_;
 };
 
 }  // namespace quillomar

@@ -1,0 +1,87 @@
+// The video behind the subpictures.
+
+#include <algorithm>
+
+#include "base/format.h"
+#include "editor/editor.h"
+#include "editor/unit_frame.h"
+
+namespace quillomar {
+namespace {
+
+// Places in the list beside the current one whose pictures are looked for ahead, likeliest first.
+constexpr std::array<int, 3> kNeighbours = {1, -1, 2};
+
+// The unit that follows in the same stream.
+UnitPointer NextInStream(const UnitList& units, const SubpictureUnit& unit) {
+  const auto next = std::find_if(units.begin(), units.end(), [&unit](const UnitPointer& other) {
+    return other->stream == unit.stream && other->numberInStream == unit.numberInStream + 1;
+  });
+  return next == units.end() ? nullptr : *next;
+}
+
+}  // namespace
+
+void Editor::OpenVideo() {
+  if (session_.preferences.autoForceDisplayVideo != 0) showsVideo_ = true;
+  showsEndFrame_ = false;
+  video_.Open(document_.Files());
+}
+
+void Editor::ShowVideo(bool on) {
+  showsVideo_ = on;
+  UpdateView();
+}
+
+void Editor::ShowEndFrame(bool on) {
+  showsEndFrame_ = on;
+  UpdateView();
+}
+
+void Editor::StepFrame(int direction) {
+  if (showsVideo_) video_.Step(direction);
+}
+
+void Editor::FillVideo() {
+  view_.video.available = video_.Available();
+  view_.video.shown = showsVideo_;
+  view_.video.atEnd = showsEndFrame_;
+  view_.video.frame = video_.Frame();
+}
+
+void Editor::FrameChanged() {
+  view_.video.frame = video_.Frame();
+  if (VideoHost* const host = frontEnd_.Video()) host->VideoChanged();
+}
+
+std::optional<FrameRequest> Editor::FrameOfListed(int index) {
+  if (index < 0 || index >= selection_.Count()) return std::nullopt;
+  const SubpictureUnit& unit = *selection_.List()[static_cast<std::size_t>(index)];
+  if (!showsEndFrame_) return FrameRequestFor(unit);
+  return EndFrameRequestFor(unit, NextInStream(document_.Units(), unit).get());
+}
+
+void Editor::WantFrame() {
+  if (!showsVideo_ || !video_.Available()) return;
+  const auto request = FrameOfListed(selection_.Index());
+  if (!request) return;
+  std::vector<FrameRequest> neighbours;
+  for (const int step : kNeighbours) {
+    if (const auto other = FrameOfListed(selection_.Index() + step)) neighbours.push_back(*other);
+  }
+  video_.Want(*request, std::move(neighbours));
+}
+
+void Editor::SaveVideoFrame() {
+  FileRequest request{"Save video frame as bitmap (.bmp) file", "bmp Files (*.bmp)|*.bmp||",
+                      session_.preferences.lastPpmDir, ""};
+  request.forSaving = true;
+  const auto paths = frontEnd_.ChooseFiles(request);
+  const FramePointer frame = video_.Frame();
+  if (paths.empty() || !frame) return;
+  if (Failed(SaveFrame(session_.files, paths.front(), *frame))) {
+    session_.reporter.ReportError(Format("Couldn't write %s", paths.front().c_str()));
+  }
+}
+
+}  // namespace quillomar
