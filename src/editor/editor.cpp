@@ -57,7 +57,7 @@ void Editor::StartJob(Operation operation, const std::string& title, Work work, 
   if (jobChangesUnits_) {
     video_.StopAndForget();
   } else {
-    video_.Stop();
+    (void)video_.Stop();
   }
   ticks_ = 0;
   jobStart_ = std::chrono::steady_clock::now();

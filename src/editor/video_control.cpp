@@ -45,7 +45,7 @@ void VideoControl::Open(const VobFileSet& set) {
 
 void VideoControl::Close() {
   if (!open_) return;
-  Stop();
+  (void)Stop();
   engine_->Close();
   wanted_.reset();
   neighbours_.clear();
@@ -55,8 +55,7 @@ void VideoControl::Close() {
 void VideoControl::Want(const FrameRequest& request, std::vector<FrameRequest> neighbours) {
   if (!open_ || waiting_) return;
   neighbours_ = std::move(neighbours);
-  if (wanted_ == request) return;
-  Stop();
+  if (wanted_ == request || Failed(Stop())) return;
   BeginRequest();
   if (!engine_->ShowFrame(request)) return;
   wanted_ = request;
@@ -72,8 +71,7 @@ void VideoControl::Step(int direction) {
 }
 
 bool VideoControl::Play(const PlayOptions& options) {
-  if (!open_ || waiting_) return false;
-  Stop();
+  if (!open_ || Failed(Stop())) return false;
   BeginRequest();
   playing_ = engine_->Play(options);
   return playing_;
@@ -83,19 +81,20 @@ void VideoControl::SelectAudio(int subStreamId) {
   if (engine_) engine_->SelectAudio(subStreamId);
 }
 
-void VideoControl::Stop() {
-  if (!open_ || waiting_) return;
+Result VideoControl::Stop() {
+  if (!open_) return Result::kDone;
+  if (waiting_) return Result::kFailed;
   const Raised waiting(waiting_);
   BeginRequest();
   if (finding_) wanted_.reset();
   finding_ = false;
   playing_ = false;
-  (void)engine_->Stop(Pump());
+  return engine_->Stop(Pump());
 }
 
 void VideoControl::StopAndForget() {
   if (!open_) return;
-  Stop();
+  (void)Stop();
   engine_->ForgetPictures();
   wanted_.reset();
 }

@@ -41,7 +41,8 @@ class VideoControl {
   void SelectAudio(int subStreamId);
 
   // Ends what runs, playback without its event. What was asked for and has not come is forgotten.
-  void Stop();
+  // Fails when it does not end, as on a disk that hangs.
+  Result Stop();
   // Before a job that writes: also forgets every picture but the one shown.
   void StopAndForget();
 

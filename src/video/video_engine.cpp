@@ -25,6 +25,17 @@ class RealClock final : public PlaybackClock {
   }
 };
 
+// Fails when it is still so after the longest wait.
+Result WaitWhile(const std::atomic<bool>& running, const std::function<void()>& pump) {
+  const auto deadline = std::chrono::steady_clock::now() + VideoEngine::kLongestWait;
+  while (running) {
+    if (std::chrono::steady_clock::now() >= deadline) return Result::kFailed;
+    if (pump) pump();
+    std::this_thread::sleep_for(kPumpInterval);
+  }
+  return Result::kDone;
+}
+
 }  // namespace
 
 VideoEngine::VideoEngine(FileSystem& files, Reporter& reporter, AudioOutput* audio,
@@ -44,10 +55,15 @@ void VideoEngine::Open(const VobFileSet& set) {
   reader_ = DiscReader(files_, set);
 }
 
-void VideoEngine::Close() {
-  StopPrefetch();
+void VideoEngine::JoinAll() {
+  stopPrefetch_ = true;
   stop_ = true;
+  if (prefetcher_.joinable()) prefetcher_.join();
   if (worker_.joinable()) worker_.join();
+}
+
+void VideoEngine::Close() {
+  JoinAll();
   reader_ = DiscReader();
   refusedMpeg1_ = false;
   refusedSound_ = false;
@@ -71,8 +87,7 @@ bool VideoEngine::Start(Work work) {
 }
 
 bool VideoEngine::ShowFrame(const FrameRequest& request) {
-  StopPrefetch();
-  if (running_) return false;
+  if (Failed(StopPrefetch()) || running_) return false;
   if (const FramePointer frame = FindRemembered(request)) {
     SetCurrent(frame);
     Notify(ID_SECTOR_HIT);
@@ -82,8 +97,7 @@ bool VideoEngine::ShowFrame(const FrameRequest& request) {
 }
 
 bool VideoEngine::Step(int direction) {
-  StopPrefetch();
-  if (running_ || !CurrentFrame()) return false;
+  if (Failed(StopPrefetch()) || running_ || !CurrentFrame()) return false;
   return Start([this, direction] { ShowNeighbour(direction); });
 }
 
@@ -109,8 +123,7 @@ void VideoEngine::ShowNeighbour(int direction) {
 }
 
 bool VideoEngine::Play(const PlayOptions& options) {
-  StopPrefetch();
-  if (running_) return false;
+  if (Failed(StopPrefetch()) || running_) return false;
   return Start([this, options] { RunPlayback(options); });
 }
 
@@ -130,46 +143,45 @@ void VideoEngine::RunPlayback(const PlayOptions& options) {
 }
 
 Result VideoEngine::Stop(const std::function<void()>& pump) {
-  StopPrefetch();
   stop_ = true;
-  return Wait(pump);
+  const Result prefetch = StopPrefetch(pump);
+  const Result worker = Wait(pump);
+  return Failed(prefetch) ? prefetch : worker;
 }
 
 Result VideoEngine::Wait(const std::function<void()>& pump) {
-  const auto deadline = std::chrono::steady_clock::now() + kLongestWait;
-  while (running_) {
-    if (std::chrono::steady_clock::now() >= deadline) return Result::kFailed;
-    if (pump) pump();
-    std::this_thread::sleep_for(kPumpInterval);
-  }
+  if (Failed(WaitWhile(running_, pump))) return Result::kFailed;
   if (worker_.joinable()) worker_.join();
   ReportRefusals();
   return Result::kDone;
 }
 
 void VideoEngine::Prefetch(std::vector<FrameRequest> requests) {
-  StopPrefetch();
-  if (running_) return;
+  if (Failed(StopPrefetch()) || running_) return;
   stopPrefetch_ = false;
+  prefetching_ = true;
   prefetcher_ = std::thread([this, requests = std::move(requests)] {
     FrameFinder finder(reader_, stopPrefetch_);
     for (const FrameRequest& request : requests) {
-      if (stopPrefetch_) return;
+      if (stopPrefetch_) break;
       if (FindRemembered(request)) continue;
       FramePointer frame = finder.Find(request);
       const std::scoped_lock lock(mutex_);
-      if (frame) memory_.Keep(request, std::move(frame));
+      if (frame && !stopPrefetch_) memory_.Keep(request, std::move(frame));
     }
+    prefetching_ = false;
   });
 }
 
-void VideoEngine::StopPrefetch() {
+Result VideoEngine::StopPrefetch(const std::function<void()>& pump) {
   stopPrefetch_ = true;
+  if (Failed(WaitWhile(prefetching_, pump))) return Result::kFailed;
   if (prefetcher_.joinable()) prefetcher_.join();
+  return Result::kDone;
 }
 
 void VideoEngine::ForgetPictures() {
-  StopPrefetch();
+  (void)StopPrefetch();
   const std::scoped_lock lock(mutex_);
   memory_.Clear();
 }

@@ -53,7 +53,8 @@ class VideoEngine {
   void Open(const VobFileSet& set);
   void Close();
 
-  // Each returns false when it was ignored. They end with ID_SECTOR_HIT unless stopped.
+  // Each returns false when it was ignored, also where prefetching does not end. They end with
+  // ID_SECTOR_HIT unless stopped.
   bool ShowFrame(const FrameRequest& request);
   // To the next (1) or the previous (-1) picture; at the end of the set the picture stays.
   bool Step(int direction);
@@ -89,7 +90,8 @@ class VideoEngine {
  private:
   using Work = std::function<void()>;
   bool Start(Work work);
-  void StopPrefetch();
+  Result StopPrefetch(const std::function<void()>& pump = {});
+  void JoinAll();
   void Show(const FrameRequest& request);
   void ShowNeighbour(int direction);
   [[nodiscard]] FramePointer FindRemembered(const FrameRequest& request);
@@ -114,6 +116,7 @@ class VideoEngine {
   std::atomic<bool> stop_ = false;
   std::atomic<int> audioStream_ = kNoAudio;
   std::atomic<bool> soundRefused_ = false;
+  std::atomic<bool> prefetching_ = false;
   std::atomic<bool> stopPrefetch_ = false;
 
   mutable std::mutex mutex_;  // guards the rest
