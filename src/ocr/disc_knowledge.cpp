@@ -1,0 +1,16 @@
+#include "ocr/disc_knowledge.h"
+
+namespace quillomar {
+
+void JoinModel::Learn(const Pair& pair, bool one) {
+  Count& count = counts_[pair];
+  ++(one ? count.one : count.apart);
+}
+
+JoinModel::Answer JoinModel::Ask(const Pair& pair) const {
+  const auto found = counts_.find(pair);
+  if (found == counts_.end() || found->second.one == 0) return Answer::kApart;
+  return found->second.apart == 0 ? Answer::kOne : Answer::kUnsure;
+}
+
+}  // namespace quillomar

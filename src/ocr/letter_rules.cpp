@@ -1,0 +1,169 @@
+#include "ocr/letter_rules.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "ocr/character_shapes.h"
+#include "ocr/music_note.h"
+#include "spu/char_box.h"
+
+namespace quillomar {
+namespace {
+
+constexpr std::u32string_view kSameShape = U"cosuvwxz";
+constexpr std::u32string_view kBarTexts = U"Il1|";
+constexpr std::u32string_view kVowels =
+    U"aeiouyh\u00e0\u00e1\u00e2\u00e4\u00e8\u00e9\u00ea\u00eb\u00ec\u00ed\u00ee\u00ef\u00f2\u00f3"
+    U"\u00f4\u00f6\u00f9\u00fa\u00fb\u00fc\u0153\u00e6";
+constexpr double kBarWidth = 0.45;  // x-heights
+constexpr double kBarFill = 0.8;
+// Rises that only capitals and only small letters have, x-heights.
+constexpr double kCapitalRise = 1.2;
+constexpr double kSmallRise = 1.12;
+
+bool In(char32_t ch, std::u32string_view set) {
+  return set.find(ch) != std::u32string_view::npos;
+}
+
+char32_t PlainQuote(char32_t ch) {
+  if (ch == 0x2018 || ch == 0x2019 || ch == U'`' || ch == 0xB4 || ch == 0x201A) return U'\'';
+  if (ch == 0x201C || ch == 0x201D) return U'"';
+  if (ch == 0x2013) return U'-';
+  return ch;
+}
+
+char32_t FixMark(char32_t ch, const GlyphPlace& place) {
+  if (ch == U'\'' && place.IsLowMark()) return U',';
+  if ((ch == U',' || ch == U'.') && place.IsHighMark()) return U'\'';
+  return ch;
+}
+
+char32_t FixCase(char32_t ch, const GlyphPlace& place) {
+  if (!In(ToLower(ch), kSameShape)) return ch == U'0' && place.rise < kSmallRise ? U'o' : ch;
+  if (place.rise > kCapitalRise) return ToUpper(ch);
+  return place.rise < kSmallRise ? ToLower(ch) : ch;
+}
+
+// Whether a small mark stands above the rest of the glyph.
+bool HasDot(const Glyph& glyph) {
+  if (glyph.components.size() != 2) return false;
+  const Component& a = glyph.components[0];
+  const Component& b = glyph.components[1];
+  const Component& upper = a.box.y0 < b.box.y0 ? a : b;
+  const Component& lower = a.box.y0 < b.box.y0 ? b : a;
+  return upper.box.y1 < lower.box.y0 && upper.box.Height() * 2 < lower.box.Height();
+}
+
+// Decides the bars of one word.
+class BarWord {
+ public:
+  BarWord(LineText& line, std::size_t begin, std::size_t end, const std::string& language)
+      : line_(line), begin_(begin), end_(end), language_(language) {
+    for (std::size_t i = begin; i < end; ++i) {
+      if (IsOpenBar(i)) continue;
+      for (const char32_t ch : line.texts[i].text) {
+        if (IsUpper(ch)) ++capitals_;
+        if (IsLower(ch)) ++smalls_;
+      }
+    }
+  }
+
+  bool Fix() {
+    bool sure = true;
+    for (std::size_t i = begin_; i < end_; ++i) {
+      if (!IsOpenBar(i)) continue;
+      const std::optional<char32_t> ch = Decide(i);
+      if (ch) line_.texts[i].text = *ch;
+      sure = sure && ch;
+    }
+    return sure;
+  }
+
+ private:
+  [[nodiscard]] bool IsOpenBar(std::size_t i) const {
+    return !line_.texts[i].fixed && IsBarText(line_.texts[i].text) &&
+           IsBar(line_.line.glyphs[i], line_.line.metrics);
+  }
+  [[nodiscard]] char32_t CharacterAt(std::size_t i) const {
+    if (i < begin_ || i >= end_ || line_.texts[i].text.empty()) return 0;
+    return line_.texts[i].text.front();
+  }
+  [[nodiscard]] char32_t Before(std::size_t i) const {
+    if (i <= begin_ || line_.texts[i - 1].text.empty()) return 0;
+    return line_.texts[i - 1].text.back();
+  }
+  [[nodiscard]] bool IsBarAt(std::size_t i) const { return i < end_ && IsOpenBar(i); }
+
+  [[nodiscard]] std::optional<char32_t> Decide(std::size_t i) const {
+    const char32_t before = Before(i), after = CharacterAt(i + 1);
+    const bool follows = IsLetter(before) || (i > begin_ && IsBarAt(i - 1));
+    const bool leads = IsLetter(after) || IsBarAt(i + 1);
+    if (IsDigit(before) || (IsDigit(after) && !follows)) return U'1';
+    if (!follows && !leads) return DecideAlone(after);
+    // "we'll" and the like
+    if (before == U'\'' && IsBarAt(i + 1) && language_ != "fr" && language_ != "it") return U'l';
+    if (smalls_ == 0 && capitals_ >= 2) return U'I';
+    if (follows && (IsLower(before) || (smalls_ > 0 && !IsUpper(after)))) {
+      // The second of two bars that begin a word is decided with the first.
+      return U'l';
+    }
+    if (follows) return {};
+    return DecideFirst(i, after);
+  }
+  [[nodiscard]] std::optional<char32_t> DecideAlone(char32_t after) const {
+    const bool elides = after == U'\'';
+    if (language_ == "en" || language_.empty()) return U'I';
+    if (elides && (language_ == "fr" || language_ == "it")) return U'l';
+    return {};
+  }
+  [[nodiscard]] std::optional<char32_t> DecideFirst(std::size_t i, char32_t after) const {
+    if (IsBarAt(i + 1)) return language_ == "es" ? U'l' : U'I';
+    if (after == U'\'') return DecideAlone(after);
+    if (IsUpper(after)) return U'I';
+    if (IsLower(after) && !In(after, kVowels)) return U'I';
+    return {};
+  }
+
+  LineText& line_;
+  std::size_t begin_, end_;
+  const std::string& language_;
+  int capitals_ = 0, smalls_ = 0;
+};
+
+}  // namespace
+
+bool IsBarText(const std::u32string& text) {
+  return text.size() == 1 && In(text[0], kBarTexts);
+}
+
+bool IsBar(const Glyph& glyph, const LineMetrics& metrics) {
+  const GlyphPlace place = PlaceOf(glyph.box, metrics);
+  return glyph.components.size() == 1 && place.IsTall() && place.drop < 0.2 &&
+         place.width < kBarWidth &&
+         glyph.pixels >= kBarFill * glyph.box.Width() * glyph.box.Height();
+}
+
+void FixByShape(GlyphText& text, const Glyph& glyph, const LineMetrics& metrics) {
+  for (char32_t& ch : text.text) ch = PlainQuote(ch);
+  if (text.text.size() != 1) return;
+  char32_t& ch = text.text[0];
+  const GlyphPlace place = PlaceOf(glyph.box, metrics);
+  const bool dotted = HasDot(glyph);
+  if (IsBar(glyph, metrics) && (ch == U'i' || ch == U'!' || ch == U'|' || ch == U'\u0131'))
+    ch = U'l';
+  if (dotted && (ch == U'l' || ch == U'I')) ch = U'i';
+  ch = FixCase(FixMark(ch, place), place);
+}
+
+bool FixBars(LineText& line, const std::string& language) {
+  bool sure = true;
+  for (std::size_t begin = 0; begin < line.texts.size();) {
+    std::size_t end = begin + 1;
+    while (end < line.texts.size() && !line.texts[end].startsWord) ++end;
+    sure = BarWord(line, begin, end, language).Fix() && sure;
+    begin = end;
+  }
+  return sure;
+}
+
+}  // namespace quillomar

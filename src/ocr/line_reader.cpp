@@ -1,0 +1,252 @@
+#include "ocr/line_reader.h"
+
+#include <algorithm>
+
+#include "base/utf8.h"
+#include "ocr/alignment.h"
+#include "ocr/glyph_cutter.h"
+#include "ocr/letter_rules.h"
+#include "ocr/music_note.h"
+#include "spu/char_box.h"
+
+namespace quillomar {
+namespace {
+
+constexpr char32_t kNoteSign = U'\u266A';  // until the result is written
+
+// When known patterns are enough to read a line.
+constexpr int kWellKnown = 3;  // votes
+constexpr double kWellKnownShare = 0.9;
+// Shares of the votes that overrule what was read.
+constexpr double kMajority = 0.6, kFewVotesMajority = 0.66, kBarMajority = 0.85,
+                 kUnreadMajority = 0.4;
+constexpr int kFewVotes = 3;
+constexpr double kLeastWeight = 0.2;
+// What is read with less, and not often enough, is worth a look.
+constexpr double kDoubtfulConfidence = 0.7;
+constexpr double kDoubtfulShare = 0.7;
+// Glyphs further apart than this are never one; x-heights.
+constexpr double kJoinGap = 0.35;
+
+bool HasNeighbour(const LineText& line, std::size_t glyph) {
+  const bool before = glyph > 0 && !line.texts[glyph].startsWord;
+  const bool after = glyph + 1 < line.texts.size() && !line.texts[glyph + 1].startsWord;
+  return before || after;
+}
+
+// A note stands alone, or beside what was read of another note.
+void FindNotes(LineText& line) {
+  for (std::size_t i = 0; i < line.texts.size(); ++i) {
+    GlyphText& text = line.texts[i];
+    if (text.fixed || HasNeighbour(line, i)) continue;
+    if (LooksLikeMusicNote(line.line.glyphs[i], line.line)) text.text = kNoteSign;
+  }
+}
+
+double Required(const std::u32string& own, const std::u32string& best, int votes) {
+  if (own.empty()) return kUnreadMajority;
+  if (IsBarText(own) && IsBarText(best)) return kBarMajority;
+  return votes <= kFewVotes ? kFewVotesMajority : kMajority;
+}
+
+void JoinGlyphs(LineText& line, std::size_t first, std::size_t count) {
+  auto& glyphs = line.line.glyphs;
+  for (std::size_t i = 1; i < count; ++i) {
+    line.joined.push_back({PatternOf(glyphs[first + i - 1], line.line.metrics),
+                           PatternOf(glyphs[first + i], line.line.metrics)});
+  }
+  for (std::size_t i = 1; i < count; ++i) glyphs[first].Join(std::move(glyphs[first + i]));
+  const auto begin = glyphs.begin() + static_cast<std::ptrdiff_t>(first) + 1;
+  glyphs.erase(begin, begin + static_cast<std::ptrdiff_t>(count - 1));
+}
+
+GlyphText TextOf(const Match& match, const std::vector<Reading>& readings) {
+  GlyphText text;
+  text.startsWord = match.reading < readings.size() && readings[match.reading].startsWord;
+  text.confidence = match.readings > 0 ? 1 : 0;
+  for (std::size_t i = match.reading; i < match.reading + match.readings; ++i) {
+    text.text += readings[i].ch;
+    text.confidence = std::min(text.confidence, readings[i].confidence);
+  }
+  return text;
+}
+
+}  // namespace
+
+std::vector<MeasuredLine> MeasureLines(const EnginePicture& picture, bool italics) {
+  std::vector<MeasuredLine> lines;
+  for (InkLine& ink : SplitLines(FindComponents(picture))) {
+    MeasuredLine line;
+    if (italics) line.curve = MeasureSlantCurve(ink);
+    line.baseline = FindBaseline(ink);
+    line.ink = std::move(ink);
+    lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+void LearnMeasures(const MeasuredLine& line, DiscKnowledge& knowledge) {
+  knowledge.slants.Learn(line.curve);
+  knowledge.heights.Add(line.ink, line.baseline);
+}
+
+LineText PrepareLine(const MeasuredLine& line, const DiscKnowledge& knowledge) {
+  const LineMetrics metrics{line.baseline, knowledge.heights.XHeightOf(line.ink, line.baseline)};
+  const auto slant = static_cast<float>(knowledge.slants.SlantOf(line.curve));
+  LineText text;
+  text.line = FindGlyphs(line.ink, metrics, slant);
+  text.texts.resize(text.line.glyphs.size());
+  return text;
+}
+
+bool LineReader::ReadFromPatterns(LineText& line, const std::string& language) const {
+  LineText attempt = line;
+  auto& glyphs = attempt.line.glyphs;
+  std::optional<std::size_t> previous;
+  for (std::size_t i = 0; i < glyphs.size(); ++i) {
+    const GlyphPattern pattern = PatternOf(glyphs[i], attempt.line.metrics);
+    attempt.texts[i].text = taught_.TextOf(pattern);
+    attempt.texts[i].fixed = !attempt.texts[i].text.empty();
+    const auto id = knowledge_.patterns.Find(pattern);
+    if (!attempt.texts[i].fixed) {
+      if (!id) return false;
+      const Votes& votes = knowledge_.patterns.VotesOf(*id);
+      attempt.texts[i].text = votes.Best();
+      const bool bar = IsBarText(votes.Best()) && IsBar(glyphs[i], attempt.line.metrics);
+      if (votes.Count() < kWellKnown || votes.Share() < (bar ? 0.5 : kWellKnownShare)) return false;
+    }
+    if (previous && id && knowledge_.joins.Ask({*previous, *id}) != JoinModel::Answer::kApart)
+      return false;
+    previous = id;
+    if (i == 0) {
+      attempt.texts[i].startsWord = true;
+    } else if (spaceWidth_ == 0) {
+      const auto parts = knowledge_.spaces.JudgeAlone(attempt.RelativeGapBefore(i));
+      if (!parts) return false;
+      attempt.texts[i].startsWord = *parts;
+    }
+    attempt.texts[i].confidence = 1;
+  }
+  PartWords(attempt);
+  FindNotes(attempt);
+  if (!FixBars(attempt, language)) {
+    return false;
+  }
+  line = std::move(attempt);
+  return true;
+}
+
+void LineReader::Recognise(LineText& line, const EnginePicture& picture, LineRecogniser& recogniser,
+                           const std::string& language) const {
+  const std::vector<Reading> readings = recogniser.Read(DrawLine(picture, line.line));
+  const std::vector<Match> matches = AlignReadings(readings, line.line, knowledge_.widths);
+  line.texts.clear();
+  line.joined.clear();
+  for (std::size_t i = 0; i < matches.size(); ++i) {
+    JoinGlyphs(line, i, matches[i].glyphs);
+    line.texts.push_back(TextOf(matches[i], readings));
+    FixByShape(line.texts.back(), line.line.glyphs[i], line.line.metrics);
+  }
+  line.recognised = true;
+  FindNotes(line);
+  FixBars(line, language);
+}
+
+void LineReader::TakeKnown(LineText& line, std::size_t glyph) const {
+  GlyphText& text = line.texts[glyph];
+  const GlyphPattern pattern = PatternOf(line.line.glyphs[glyph], line.line.metrics);
+  const std::u32string taught = taught_.TextOf(pattern);
+  if (!taught.empty()) {
+    text.text = taught;
+    text.fixed = true;
+    return;
+  }
+  const auto id = knowledge_.patterns.Find(pattern);
+  const bool unsure = text.confidence < kDoubtfulConfidence;
+  text.doubtful = unsure;
+  if (!id) return;
+  const Votes& votes = knowledge_.patterns.VotesOf(*id);
+  if (votes.Count() == 0) return;
+  const std::u32string best = votes.Best();
+  if (best != text.text && votes.Share() >= Required(text.text, best, votes.Count()))
+    text.text = best;
+  const bool bar = IsBarText(text.text) && IsBarText(best);
+  text.doubtful =
+      (votes.Count() <= kFewVotes && unsure) || (!bar && votes.ShareOf(text.text) < kDoubtfulShare);
+}
+
+void LineReader::PartWords(LineText& line) const {
+  if (line.texts.empty()) return;
+  line.texts[0].startsWord = true;
+  for (std::size_t i = 1; i < line.texts.size(); ++i) {
+    if (spaceWidth_ > 0) {
+      line.texts[i].startsWord = line.GapBefore(i) >= spaceWidth_;
+      continue;
+    }
+    const bool besideOne = line.texts[i].text == U"1" || line.texts[i - 1].text == U"1";
+    const auto parts = knowledge_.spaces.Judge(line.RelativeGapBefore(i),
+                                               1.0 / line.line.metrics.xHeight, besideOne);
+    if (parts) line.texts[i].startsWord = *parts;
+  }
+}
+
+void LineReader::Settle(LineText& line, const std::string& language) const {
+  if (line.recognised) {
+    for (std::size_t i = 0; i < line.texts.size(); ++i) TakeKnown(line, i);
+    PartWords(line);
+  }
+  FindNotes(line);
+  FixBars(line, language);
+}
+
+void LineReader::Append(const LineText& line, EngineResult& result) const {
+  std::u32string plain;
+  PixelBox last;
+  for (std::size_t i = 0; i < line.texts.size(); ++i) {
+    const GlyphText& text = line.texts[i];
+    const std::vector<PixelBox> boxes =
+        CutGlyph(line.line.glyphs[i], text.text, line.line, knowledge_.widths);
+    if (i > 0 && text.startsWord) {
+      plain += U' ';
+      const int right = std::max(boxes[0].x0 - 1, last.x1 + 1);
+      result.boxes.push_back({last.x1 + 1, right, std::min(last.y0, boxes[0].y0),
+                              std::max(last.y1, boxes[0].y1), U' ', false});
+    }
+    for (std::size_t part = 0; part < boxes.size(); ++part) {
+      const char32_t ch = text.text.empty()              ? 0
+                          : text.text[part] == kNoteSign ? kMusicNote
+                                                         : text.text[part];
+      plain += ch == 0 ? kUnknownCharacter : ch;
+      const PixelBox& box = boxes[part];
+      result.boxes.push_back({box.x0, box.x1, box.y0, box.y1, ch, text.doubtful});
+      last = box;
+    }
+  }
+  result.boxes.push_back({last.x1 + 1, last.x1 + 1, last.y0, last.y1, kLineEnd, false});
+  result.lines.push_back({ToUtf8(plain), line.line.metrics.baseline, line.line.slant});
+}
+
+void LearnText(const LineText& line, DiscKnowledge& knowledge) {
+  for (const auto& [left, right] : line.joined) {
+    const std::size_t first = knowledge.patterns.FindOrAdd(left);
+    knowledge.joins.Learn({first, knowledge.patterns.FindOrAdd(right)}, true);
+  }
+  std::optional<std::size_t> previous;
+  for (std::size_t i = 0; i < line.texts.size(); ++i) {
+    const GlyphText& text = line.texts[i];
+    const Glyph& glyph = line.line.glyphs[i];
+    const std::size_t id = knowledge.patterns.FindOrAdd(PatternOf(glyph, line.line.metrics));
+    const double gap = line.RelativeGapBefore(i);
+    if (previous && gap < kJoinGap) knowledge.joins.Learn({*previous, id}, false);
+    if (i > 0 && !text.text.empty()) knowledge.spaces.Learn(gap, text.startsWord);
+    previous = id;
+    if (text.text.empty()) continue;
+    knowledge.patterns.Vote(id, text.text, kLeastWeight + text.confidence);
+    if (text.text.size() == 1) {
+      knowledge.widths.Add(text.text[0],
+                           static_cast<double>(glyph.box.Width()) / line.line.metrics.xHeight);
+    }
+  }
+}
+
+}  // namespace quillomar

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ocr/disc_knowledge.h"
+#include "ocr/line_recogniser.h"
+#include "ocr/line_text.h"
+#include "ocr/pattern_database.h"
+
+namespace quillomar {
+
+// The lines of a picture before anything is known of the disc.
+struct MeasuredLine {
+  InkLine ink;
+  SlantCurve curve;
+  int baseline = 0;
+};
+[[nodiscard]] std::vector<MeasuredLine> MeasureLines(const EnginePicture& picture, bool italics);
+void LearnMeasures(const MeasuredLine& line, DiscKnowledge& knowledge);
+
+// Straightens a line and finds its glyphs.
+[[nodiscard]] LineText PrepareLine(const MeasuredLine& line, const DiscKnowledge& knowledge);
+
+// Reads and decides the lines of a disc with what is known of it.
+class LineReader {
+ public:
+  LineReader(const DiscKnowledge& knowledge, const PatternDatabase& taught, int spaceWidth)
+      : knowledge_(knowledge), taught_(taught), spaceWidth_(spaceWidth) {}
+
+  // Reads a line whose glyphs are all well known. Fails, leaving it unread, when one is not.
+  [[nodiscard]] bool ReadFromPatterns(LineText& line, const std::string& language) const;
+  // Reads a line with the recogniser.
+  void Recognise(LineText& line, const EnginePicture& picture, LineRecogniser& recogniser,
+                 const std::string& language) const;
+  // Corrects a line by what all lines of the disc taught.
+  void Settle(LineText& line, const std::string& language) const;
+  // Adds a line to what was read of its picture.
+  void Append(const LineText& line, EngineResult& result) const;
+
+ private:
+  void TakeKnown(LineText& line, std::size_t glyph) const;
+  void PartWords(LineText& line) const;
+
+  const DiscKnowledge& knowledge_;
+  const PatternDatabase& taught_;
+  int spaceWidth_;
+};
+
+// Adds to the knowledge what the recogniser read; the spaces are to be settled afterwards.
+void LearnText(const LineText& line, DiscKnowledge& knowledge);
+
+}  // namespace quillomar
