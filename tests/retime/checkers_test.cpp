@@ -5,15 +5,17 @@
 #include <filesystem>
 #include <fstream>
 
+#include "check_retimed/checkers.h"
 #include "dvd/big_endian.h"
 #include "dvd/ifo_layout.h"
 #include "dvd/nav_pack.h"
 #include "dvd/pack.h"
-#include "retime/checkers.h"
 #include "support/disc_copy.h"
 
 namespace quillomar::test {
 namespace {
+
+using namespace check;
 
 void Overwrite(const std::string& path, const Bytes& bytes) {
   std::ofstream(path, std::ios::binary)

@@ -4,11 +4,11 @@
 
 #include <fstream>
 
+#include "check_retimed/checkers.h"
 #include "disc/open_disc.h"
 #include "dvd/big_endian.h"
 #include "dvd/ifo_layout.h"
 #include "dvd/nav_pack.h"
-#include "retime/checkers.h"
 #include "retime/clock.h"
 #include "retime/ifo_update.h"
 #include "retime/pack_move.h"
@@ -18,6 +18,8 @@
 
 namespace quillomar::test {
 namespace {
+
+using namespace check;
 
 TEST(RetimeRules, DeltasAreWholeFrames) {
   EXPECT_EQ(DeltaTicks(0.5, VideoStandard::kNtsc), 45045);
@@ -50,16 +52,6 @@ TEST(RetimeRules, TheTargetCoversTheNewTimeWithinItsStretch) {
   EXPECT_FALSE(ChooseDestination(timeline, 0, 3, vobus.size(), none));
   EXPECT_EQ(tried, (std::vector<std::size_t>{3, 2, 1}));  // VOBU 4 is behind the restart
   EXPECT_EQ(ChooseDestination(timeline, 2, 3, vobus.size(), none)->vobu, 2U);
-}
-
-TEST(RetimeRules, MovesShiftWhatLiesBetween) {
-  const PackMove back = SetUpMove(1000, 900);
-  EXPECT_EQ(std::tuple(back.first, back.last, back.direction, back.target),
-            std::tuple(900U, 999U, 1, 900U));
-  const PackMove forward = SetUpMove(900, 1000);
-  EXPECT_EQ(std::tuple(forward.first, forward.last, forward.direction, forward.target),
-            std::tuple(901U, 999U, -1, 999U));
-  EXPECT_FALSE(SetUpMove(5, 5).Shifts(5));
 }
 
 TEST(RetimeRules, SectorsMapToTheNextStart) {

@@ -1,4 +1,4 @@
-#include "retime/disc_model.h"
+#include "check_retimed/disc_model.h"
 
 #include <dvdnav/dvdnav.h>
 #include <dvdread/dvd_reader.h>
@@ -11,16 +11,21 @@
 #include <filesystem>
 #include <limits>
 
+#include "base/platform.h"
 #include "dvd/big_endian.h"
 #include "dvd/pack.h"
-#include "support/disc_copy.h"
 
-namespace quillomar::test {
+namespace quillomar::check {
 namespace {
 
 // Where libdvdread wants its pointers: behind the packet's header and sub-stream id.
 constexpr std::size_t kPciData = 0x2D;
 constexpr std::size_t kDsiData = 0x407;
+
+Bytes FileBytes(const std::string& path) {
+  constexpr std::uint64_t kLimit = std::uint64_t{1} << 31;
+  return ReadWholeFile(*MakeDiskFileSystem(), path, kLimit).value_or(Bytes());
+}
 
 std::string TitleFile(const std::string& folder, const std::string& name) {
   return folder + "/VTS_01_" + name;
@@ -81,11 +86,19 @@ void DiscModel::ReadVobs() {
   }
 }
 
+bool DiscModel::RunsOn(std::size_t a, std::size_t b) const {
+  return stretches[a] == stretches[b];
+}
+
 void DiscModel::TakeNavPack(std::uint32_t lba) {
   Bytes copy(Sector(lba).begin(), Sector(lba).end());
   navs.push_back(lba);
   navRead_PCI(&pcis.emplace_back(), copy.data() + kPciData);
   navRead_DSI(&dsis.emplace_back(), copy.data() + kDsiData);
+  const std::size_t last = pcis.size() - 1;
+  const bool first = last == 0;
+  const bool restarts = !first && pcis[last - 1].pci_gi.vobu_e_ptm > pcis[last].pci_gi.vobu_s_ptm;
+  stretches.push_back(first ? 0 : stretches.back() + (restarts ? 1 : 0));
 }
 
 void DiscModel::TakeSubpicture(std::uint32_t lba, std::map<int, Bytes>& unfinished) {
@@ -177,4 +190,4 @@ int PlayWithDvdnav(const std::string& folder) {
   return navPacks;
 }
 
-}  // namespace quillomar::test
+}  // namespace quillomar::check

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "retime/disc_model.h"
+#include "check_retimed/disc_model.h"
 
-namespace quillomar::test {
+namespace quillomar::check {
 
 using Faults = std::vector<std::string>;
 
@@ -17,4 +17,4 @@ Faults CheckNavigation(const DiscModel& disc, const DiscModel& untouched);
 // packets that are not subpictures, and the bytes of units without their times.
 Faults CheckMux(const DiscModel& disc, const DiscModel& untouched);
 
-}  // namespace quillomar::test
+}  // namespace quillomar::check

@@ -2,9 +2,9 @@
 #include <set>
 
 #include "base/format.h"
-#include "retime/checkers.h"
+#include "check_retimed/checkers.h"
 
-namespace quillomar::test {
+namespace quillomar::check {
 namespace {
 
 constexpr std::uint32_t kBackward = 0x80000000;
@@ -98,22 +98,13 @@ class NavigationChecker {
     return (pointer & 0x8000) != 0 ? nav - (pointer & 0x7FFF) : nav + (pointer & 0x7FFF);
   }
 
-  // Whether the clock runs on from one VOBU to another.
-  static bool RunsOn(const DiscModel& disc, std::size_t a, std::size_t b) {
-    const auto [low, high] = std::minmax(a, b);
-    for (std::size_t k = low; k < high; ++k) {
-      if (disc.pcis[k].pci_gi.vobu_e_ptm > disc.pcis[k + 1].pci_gi.vobu_s_ptm) return false;
-    }
-    return true;
-  }
-
   // The pointer to the VOBU of the first unit that is on screen while VOBU i plays. A unit goes
   // when the next one comes.
   static std::uint32_t Shown(const DiscModel& disc, std::size_t i, int stream) {
     const pci_gi_t& vobu = disc.pcis[i].pci_gi;
     std::vector<const UnitOnDisc*> near;
     for (const UnitOnDisc& unit : disc.units) {
-      if (unit.stream == stream && RunsOn(disc, i, unit.vobu)) near.push_back(&unit);
+      if (unit.stream == stream && disc.RunsOn(i, unit.vobu)) near.push_back(&unit);
     }
     std::stable_sort(near.begin(), near.end(),
                      [](const UnitOnDisc* a, const UnitOnDisc* b) { return a->start < b->start; });
@@ -188,4 +179,4 @@ Faults CheckNavigation(const DiscModel& disc, const DiscModel& untouched) {
   return NavigationChecker(disc, untouched).Run();
 }
 
-}  // namespace quillomar::test
+}  // namespace quillomar::check

@@ -8,7 +8,7 @@
 
 #include "base/file.h"
 
-namespace quillomar::test {
+namespace quillomar::check {
 
 // A unit as it stands on the disc, read without the program's own reader of units.
 struct UnitOnDisc {
@@ -27,12 +27,16 @@ struct DiscModel {
   // Index of the nav pack at an LBA; -1 for any other sector.
   [[nodiscard]] int VobuAtStart(std::int64_t lba) const;
 
+  // Whether the clock runs on from one VOBU to another.
+  [[nodiscard]] bool RunsOn(std::size_t a, std::size_t b) const;
+
   std::string folder;
   Bytes bytes;
   std::vector<std::uint64_t> fileSizes;
   std::vector<std::uint32_t> navs;  // LBA of each nav pack
   std::vector<pci_t> pcis;
   std::vector<dsi_t> dsis;
+  std::vector<int> stretches;  // of VOBUs whose clock runs on, by VOBU
   std::vector<UnitOnDisc> units;
   std::vector<std::uint32_t> statics;           // LBAs of all sectors but subpicture packs
   std::map<std::uint32_t, std::size_t> rankOf;  // of a static sector
@@ -57,4 +61,4 @@ struct DiscModel {
 // Nav packs that libdvdnav passes on while it plays every title to its end; -1 on any error.
 int PlayWithDvdnav(const std::string& folder);
 
-}  // namespace quillomar::test
+}  // namespace quillomar::check

@@ -1,11 +1,11 @@
 #include <algorithm>
 
 #include "base/format.h"
+#include "check_retimed/checkers.h"
 #include "dvd/nav_pack.h"
 #include "dvd/pack.h"
-#include "retime/checkers.h"
 
-namespace quillomar::test {
+namespace quillomar::check {
 namespace {
 
 using SectorBytes = std::vector<std::uint8_t>;
@@ -80,4 +80,4 @@ Faults CheckMux(const DiscModel& disc, const DiscModel& untouched) {
   return faults;
 }
 
-}  // namespace quillomar::test
+}  // namespace quillomar::check
