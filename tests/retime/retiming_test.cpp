@@ -99,7 +99,7 @@ TEST_P(Retiming, AllUnitsThereAndBack) {
   const UnitList units = Doc().Units();
   std::vector<std::uint32_t> times;
   for (const UnitPointer& unit : units) times.push_back(unit->state.pts);
-  const std::int64_t delta = 2 * TicksPerSecond(Doc().Standard());
+  const int delta = 2 * TicksPerSecond(Doc().Standard());
   const int played = PlayWithDvdnav(disc->Folder());
 
   (*editor)->Retime(Doc().Units(), 2);

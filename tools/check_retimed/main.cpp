@@ -16,7 +16,10 @@ int main(int argc, char** argv) {
   Faults faults = CheckNavigation(disc, untouched);
   const Faults mux = CheckMux(disc, untouched);
   faults.insert(faults.end(), mux.begin(), mux.end());
-  if (PlayWithDvdnav(argv[1]) != PlayWithDvdnav(argv[2])) faults.emplace_back("libdvdnav stops");
+  const int played = PlayWithDvdnav(argv[1]);
+  if (played < 0 || played != PlayWithDvdnav(argv[2])) {
+    faults.emplace_back("libdvdnav does not play it as before");
+  }
   for (const std::string& fault : faults) std::printf("%s\n", fault.c_str());
   return faults.empty() ? 0 : 1;
 }
