@@ -4,6 +4,7 @@
 
 #include <fstream>
 
+#include "base/format.h"
 #include "check_retimed/checkers.h"
 #include "disc/open_disc.h"
 #include "dvd/big_endian.h"
@@ -265,6 +266,40 @@ TEST_F(RetimingRefused, ByAFailingDiskInAStateThatOpensAgain) {
     EXPECT_EQ(opened.errors, std::vector<std::string>()) << writes;
   }
   EXPECT_GT(writes, 10);
+}
+
+// Pointers that were wrong before: those between VOBUs stay, cells are led to a VOBU.
+TEST_F(RetimingRefused, ForPointersThatWereWrongBefore) {
+  const std::uint32_t nav = (*editor)->Doc().Results().vobus[9].startLba;
+  Bytes wrong = before;
+  const std::size_t pointer = std::size_t{nav} * kSectorSize + kNextVobuOffset;
+  AddInt(wrong, pointer, 1);
+  const std::uint32_t distance = GetInt(wrong, pointer);
+  Overwrite(wrong);
+  IfoFile& ifo = (*editor)->Doc().Ifo();
+  const std::size_t cell = *ifo.CellPlayback(*ifo.ProgramChain(0, 1), 2);
+  for (const std::size_t field : {kCellFirstVobuOffset, kCellLastVobuOffset})
+    ifo.AddInt(cell, field, 1);
+  ifo.AddInt(cell, kCellLastVobuEndOffset, 1);
+
+  (*editor)->Context().reporter.OpenLog(disc->Path("log"));
+  (*editor)->Retime({Units()[2]}, 5);
+  (*editor)->Context().reporter.CloseLog();
+  const Bytes log = FileBytes(disc->Path("log"));
+  const std::string lines(log.begin(), log.end());
+  const auto now = (*editor)->Doc().Results().vobus[9].currentLba;
+  for (const std::string& line :
+       {Format("VOBU SRI offset corrupted at LBA %u", now),
+        std::string("PGC 1 - Cell 2, Original entry sector didn't point to a navpack. Fixed"),
+        std::string(
+            "PGC 1 - Cell 2, Original last VOBU start LBA didn't point to a navpack. Fixed"),
+        std::string(
+            "PGC 1 - Cell 2, Original last VOBU end LBA + 1 didn't point to a navpack. Fixed")}) {
+    EXPECT_NE(lines.find(line + "\n"), std::string::npos) << line;
+  }
+  EXPECT_EQ(GetInt(FileBytes(disc->TitleVobs().front()),
+                   std::size_t{now} * kSectorSize + kNextVobuOffset),
+            distance);
 }
 
 TEST_F(RetimingRefused, NothingOfUnsavedEdits) {
