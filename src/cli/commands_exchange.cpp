@@ -37,23 +37,25 @@ int RunExportBmp(const CliCall& call) {
   const UnitPointer unit = OnlyUnit(call);
   if (!unit) return kCliRefused;
   const BmpDepth depth = call.options.bits == 4 ? BmpDepth::k4Bit : BmpDepth::k24Bit;
-  return Written(call, ExportBmp(*unit, call.options.outPath, depth, ColoursFor(call, *unit),
-                                 call.session.files, call.editor.Doc().Context()));
+  return Written(
+      call, ExportBmp(Document::Unrecorded(unit), call.options.outPath, depth,
+                      ColoursFor(call, *unit), call.session.files, call.editor.Doc().Context()));
 }
 
 int RunExportPpm(const CliCall& call) {
   const UnitPointer unit = OnlyUnit(call);
   if (!unit) return kCliRefused;
   const PpmScale scale{call.options.scaleX, call.options.scaleY};
-  return Written(call, ExportPpm(*unit, call.options.outPath, scale, ColoursFor(call, *unit),
-                                 call.session.files, call.editor.Doc().Context()));
+  return Written(
+      call, ExportPpm(Document::Unrecorded(unit), call.options.outPath, scale,
+                      ColoursFor(call, *unit), call.session.files, call.editor.Doc().Context()));
 }
 
 int RunImportBmp(const CliCall& call) {
   const UnitPointer unit = OnlyUnit(call);
   if (!unit) return kCliRefused;
-  if (Failed(ImportBmp(*unit, call.input, ColoursFor(call, *unit), call.session.files,
-                       call.editor.Doc().Context()))) {
+  if (Failed(ImportBmp(Document::Unrecorded(unit), call.input, ColoursFor(call, *unit),
+                       call.session.files, call.editor.Doc().Context()))) {
     return call.Refuse(Format("Subpic %d is not changed", unit->number));
   }
   return call.Save();

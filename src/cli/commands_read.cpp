@@ -15,7 +15,8 @@ int RunList(const CliCall& call) {
   Document& document = call.editor.Doc();
   std::vector<std::string> items;
   for (const UnitPointer& unit : call.SelectedUnits()) {
-    items.push_back(call.options.json ? UnitJson(document, *unit) : UnitLine(document, *unit));
+    items.push_back(call.options.json ? UnitJson(document, Document::Unrecorded(unit))
+                                      : UnitLine(document, *unit));
   }
   if (call.options.quiet) return kCliDone;
   if (call.options.json) {
@@ -46,7 +47,7 @@ int RunDisc(const CliCall& call) {
 int RunRender(const CliCall& call) {
   const UnitList units = call.SelectedUnits();
   if (units.size() != 1) return call.Refuse("render takes exactly one subpicture: --numbers N");
-  SubpictureUnit& unit = *units.front();
+  SubpictureUnit& unit = Document::Unrecorded(units.front());
   if (Failed(NeedBitmap(unit, call.editor.Doc().Context()))) {
     return call.Refuse(Format("Subpic %d has no bitmap", unit.number));
   }

@@ -52,7 +52,7 @@ int RunSet(const CliCall& call) {
   }
   bool refused = false;
   for (const UnitPointer& unit : call.SelectedUnits()) {
-    if (Failed(Apply(call, *unit))) refused = true;
+    if (Failed(Apply(call, Document::Unrecorded(unit)))) refused = true;
   }
   const int saved = call.Save();
   return refused ? kCliRefused : saved;
@@ -60,7 +60,7 @@ int RunSet(const CliCall& call) {
 
 int RunClut(const CliCall& call) {
   ClutRecord* const clut =
-      call.editor.Doc().EditableClut(call.options.languageUnit, *call.options.pgc);
+      call.editor.Doc().UnrecordedClut(call.options.languageUnit, *call.options.pgc);
   if (clut == nullptr) {
     return call.Refuse(Format("The IFO has no program chain %d in unit %d", *call.options.pgc,
                               call.options.languageUnit));

@@ -78,7 +78,7 @@ std::string UnitJson(Document& document, SubpictureUnit& unit) {
       .Text();
 }
 
-std::string UnitLine(Document& document, SubpictureUnit& unit) {
+std::string UnitLine(const Document& document, const SubpictureUnit& unit) {
   const VideoStandard standard = document.Standard();
   const std::string language = LanguageOf(document, unit);
   const std::string times =

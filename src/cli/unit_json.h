@@ -10,7 +10,7 @@ namespace quillomar {
 [[nodiscard]] std::string UnitJson(Document& document, SubpictureUnit& unit);
 
 // One subpicture as one line of text.
-[[nodiscard]] std::string UnitLine(Document& document, SubpictureUnit& unit);
+[[nodiscard]] std::string UnitLine(const Document& document, const SubpictureUnit& unit);
 
 // The disc as `disc --json` prints it, and as lines of text.
 [[nodiscard]] std::string DiscJson(Document& document);

@@ -29,7 +29,9 @@ constexpr auto kCommands = std::to_array<Command>({
     {kPreferences, "preferences", Menu::kFile, "Preferences", "", kIdle, &Editor::ShowPreferences, true},
     {kExit, "exit", Menu::kFile, "Exit", "", kAlways, &Editor::Exit, true},
 
-    {kApplyLast, "applyLast", Menu::kEdit, "Apply last modifications \t(Ctrl-V)", "Ctrl+V", kIdleWithUnit, &Editor::ApplyLast},
+    {kUndo, "undo", Menu::kEdit, "Undo \t(Alt-Backspace)", "Alt+Backspace", kIdleWithUndo, &Editor::Undo},
+    {kRedo, "redo", Menu::kEdit, "Redo \t(Ctrl-Y)", "Ctrl+Y", kIdleWithRedo, &Editor::Redo},
+    {kApplyLast, "applyLast", Menu::kEdit, "Apply last modifications \t(Ctrl-V)", "Ctrl+V", kIdleWithUnit, &Editor::ApplyLast, true},
     {kApplyLastToAll, "applyLastToAll", Menu::kEdit, "Apply last modifications to all \t(Ctrl-A)", "Ctrl+A", kIdleWithUnit, &Editor::ApplyLastToAll},
     {kReloadUnit, "reloadUnit", Menu::kEdit, "Reload this SPU from file \t(Ctrl-Z)", "Ctrl+Z", kIdleWithUnit, &Editor::ReloadCurrent, true},
     {kReloadAll, "reloadAll", Menu::kEdit, "Reload all SPUs from file", "", kIdleWithSet, &Editor::ReloadAll},

@@ -29,6 +29,8 @@ enum class CommandId {
   kApplyLastToAll,
   kReloadUnit,
   kReloadAll,
+  kUndo,
+  kRedo,
   kOcrCurrent,
   kOcrSelected,
   kHideHearingImpaired,
@@ -81,6 +83,8 @@ enum class Guard {
   kIdleWithSet,    // and a file set is open
   kIdleWithUnit,   // and there is a current subpicture
   kIdleWithFrame,  // no job runs and there is a picture of the video
+  kIdleWithUndo,   // no job runs and an edit can be taken back
+  kIdleWithRedo,   // or done again
 };
 
 // Where a key is the command's. A box that takes free text keeps all keys that are pressed in it.

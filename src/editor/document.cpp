@@ -14,6 +14,7 @@ Document::Document(Session& session)
       ifo_(session.files, session.reporter) {}
 
 void Document::Reset() {
+  history_.Clear();
   set_.Reset();
   sup_ = {};
   ifo_.Close();
@@ -55,6 +56,11 @@ void Document::Scan(std::optional<std::vector<std::uint32_t>> lbas) {
 
 UnitList Document::Units() const {
   const std::lock_guard lock(mutex_);
+  return {units_.begin(), units_.end()};
+}
+
+OwnedUnits Document::Owned() const {
+  const std::lock_guard lock(mutex_);
   return units_;
 }
 
@@ -75,6 +81,14 @@ int Document::HighestStream() const {
 
 SpuContext Document::Context() {
   return {session_.reporter, session_.limit, Standard()};
+}
+
+OwnedUnits Document::OwnedOf(const UnitList& units) {
+  OwnedUnits owned;
+  for (const UnitPointer& unit : units) {
+    owned.push_back(std::const_pointer_cast<SubpictureUnit>(unit));
+  }
+  return owned;
 }
 
 GatherResult Document::TakePack(SectorView pack, const PackContext& context) {
@@ -121,12 +135,13 @@ Result Document::Save(JobControl& control) {
 
 Result Document::SaveVobs(JobControl& control) {
   const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
-  UnitList saved;
+  OwnedUnits saved;
   const Result cluts = SaveCluts(*transaction);
   const Result units = SaveUnits(*transaction, control, saved);
   if (Failed(Commit(*transaction))) return Result::kFailed;
   if (!Failed(cluts)) MarkClutsSaved();
-  for (const UnitPointer& unit : saved) (void)ReloadUnit(*unit);
+  history_.Clear();
+  for (const OwnedUnit& unit : saved) (void)ReloadUnit(*unit);
   return Failed(cluts) ? cluts : units;
 }
 
@@ -158,8 +173,8 @@ Result Document::SaveCluts(WriteTransaction& transaction) {
   return result;
 }
 
-Result Document::SaveUnits(WriteTransaction& transaction, JobControl& control, UnitList& saved) {
-  const UnitList units = Units();
+Result Document::SaveUnits(WriteTransaction& transaction, JobControl& control, OwnedUnits& saved) {
+  const OwnedUnits units = Owned();
   Result result = Result::kDone;
   for (std::size_t i = 0; i < units.size(); ++i) {
     control.percent = static_cast<int>(i * 100 / units.size());
@@ -181,7 +196,7 @@ const std::string& Document::Path() const {
   return InSupMode() ? supPath_ : set_.Files().front().path;
 }
 
-ClutRecord* Document::EditableClut(int languageUnit, int pgc) {
+ClutRecord* Document::UnrecordedClut(int languageUnit, int pgc) {
   const auto found = std::find_if(
       cells_.cluts.begin(), cells_.cluts.end(),
       [&](const ClutRecord& clut) { return clut.languageUnit == languageUnit && clut.pgc == pgc; });
@@ -194,7 +209,10 @@ ClutRecord* Document::EditableClut(int languageUnit, int pgc) {
 }
 
 void Document::RevertCluts() {
-  for (ClutRecord& clut : cells_.cluts) clut.entries = clut.saved;
+  for (std::size_t i = 0; i < cells_.cluts.size(); ++i) {
+    ClutRecord& clut = history_.OpenClut(static_cast<int>(i));
+    clut.entries = clut.saved;
+  }
 }
 
 }  // namespace quillomar

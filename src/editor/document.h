@@ -13,6 +13,7 @@
 #include "dvd/pack_consumer.h"
 #include "dvd/scanner.h"
 #include "dvd/vob_file_set.h"
+#include "editor/edit_history.h"
 #include "editor/session.h"
 #include "spu/gather.h"
 #include "spu/spu_context.h"
@@ -20,9 +21,6 @@
 #include "spu/sup_file.h"
 
 namespace quillomar {
-
-using UnitPointer = std::shared_ptr<SubpictureUnit>;
-using UnitList = std::vector<UnitPointer>;
 
 // The open file set with everything that a scan found in it. Scan and Save run on the worker; while
 // a scan runs the front end may call Units, Standard and HighestStream and work with finished
@@ -66,9 +64,18 @@ class Document final : private PackConsumer {
   // Only between scans.
   [[nodiscard]] const ScanResults& Results() const { return results_; }
   [[nodiscard]] const CellMap& Cells() const { return cells_; }
-  [[nodiscard]] CellMap& Cells() { return cells_; }
   [[nodiscard]] IfoFile& Ifo() { return ifo_; }
   [[nodiscard]] SpuContext Context();
+
+  // Where units and colour tables are opened to be changed. Ends with a save, a retiming and
+  // another file set or IFO.
+  [[nodiscard]] EditHistory& History() { return history_; }
+  [[nodiscard]] const EditHistory& History() const { return history_; }
+  // A unit for what is no edit, such as decoding it or choosing its sequence, and for edits of a
+  // program that takes nothing back.
+  [[nodiscard]] static SubpictureUnit& Unrecorded(const UnitPointer& unit) {
+    return const_cast<SubpictureUnit&>(*unit);
+  }
 
   // Some unit or CLUT has changes that are not saved.
   [[nodiscard]] bool Modified() const;
@@ -81,10 +88,10 @@ class Document final : private PackConsumer {
   // is reported; fails on a failing disk only.
   Result Retime(const UnitList& selection, double seconds, JobControl& control);
   Result ReloadUnit(SubpictureUnit& unit);
-  // The colour table of a program chain, also of one outside the open domain; null when the IFO has
-  // no such chain. Valid until the next call.
-  [[nodiscard]] ClutRecord* EditableClut(int languageUnit, int pgc);
-  // Takes back unsaved changes of all CLUTs.
+  // The colour table of a program chain, also of one outside the open domain, for changes that are
+  // not recorded; null when the IFO has no such chain. Valid until the next call.
+  [[nodiscard]] ClutRecord* UnrecordedClut(int languageUnit, int pgc);
+  // Takes back unsaved changes of all CLUTs, as part of the open step.
   void RevertCluts();
 
  private:
@@ -95,9 +102,11 @@ class Document final : private PackConsumer {
   Result SaveCluts(WriteTransaction& transaction);
   Result SaveVobs(JobControl& control);
   Result SaveIntoSup();
+  [[nodiscard]] OwnedUnits Owned() const;
+  [[nodiscard]] static OwnedUnits OwnedOf(const UnitList& units);
   Result Commit(WriteTransaction& transaction);
   void MarkClutsSaved();
-  Result SaveUnits(WriteTransaction& transaction, JobControl& control, UnitList& saved);
+  Result SaveUnits(WriteTransaction& transaction, JobControl& control, OwnedUnits& saved);
 
   Session& session_;
   VobFileSet set_;
@@ -105,12 +114,13 @@ class Document final : private PackConsumer {
   std::string supPath_;
   IfoFile ifo_;
   CellMap cells_;
+  EditHistory history_{cells_};
   ScanResults results_;
   std::array<std::unique_ptr<SpuGatherer>, kSubpictureStreams> gatherers_;
   std::array<int, kSubpictureStreams> streamCounts_{};  // units finished, by stream
 
   mutable std::mutex mutex_;  // guards the three below
-  UnitList units_;
+  OwnedUnits units_;
   VideoStandard standard_ = VideoStandard::kUnknown;
   int highestStream_ = -1;
 };

@@ -5,11 +5,13 @@ namespace quillomar {
 
 Result Document::Retime(const UnitList& selection, double seconds, JobControl& control) {
   const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
-  UnitList units = Units();
+  OwnedUnits units = Owned();
+  const OwnedUnits moved = OwnedOf(selection);
+  history_.Clear();
   const RetimedDisc disc{set_, ifo_, cells_, results_, units};
   Retimer retimer(disc, *transaction, session_.reporter, control);
-  const Result result = selection.size() == 1 ? retimer.RetimeOne(*selection.front(), seconds)
-                                              : retimer.RetimeSelected(selection, seconds);
+  const Result result = moved.size() == 1 ? retimer.RetimeOne(*moved.front(), seconds)
+                                          : retimer.RetimeSelected(moved, seconds);
   {
     const std::lock_guard lock(mutex_);
     units_ = std::move(units);

@@ -24,6 +24,7 @@ Result Document::AttachIfo(const std::string& path) {
     session_.reporter.ReportError(Format("Couldn't read %s", path.c_str()));
     return Result::kFailed;
   }
+  history_.Clear();
   cells_ = {};
   const int chains = ifo_.ProgramChains(0);
   for (int pgc = 1; pgc <= chains; ++pgc) {
@@ -40,14 +41,14 @@ Result Document::AttachIfo(const std::string& path) {
 }
 
 void Document::UseClut(int index) {
-  for (const UnitPointer& unit : Units()) unit->clut = index;
+  for (const OwnedUnit& unit : Owned()) unit->clut = index;
 }
 
 Result Document::SaveIntoSup() {
   const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
-  const UnitList units = Units();
+  const OwnedUnits units = Owned();
   const bool any = std::any_of(units.begin(), units.end(),
-                               [](const UnitPointer& unit) { return unit->state.modified; });
+                               [](const OwnedUnit& unit) { return unit->state.modified; });
   std::optional<SupPositions> positions;
   if (any) {
     positions = SaveSup(sup_.file, units, *transaction, Context());
@@ -55,6 +56,7 @@ Result Document::SaveIntoSup() {
   }
   const Result cluts = SaveCluts(*transaction);
   if (Failed(Commit(*transaction))) return Result::kFailed;
+  history_.Clear();
   if (!Failed(cluts)) MarkClutsSaved();
   if (positions && Failed(TakeSavedSup(*sup_.file, units, *positions, Context()))) {
     return Result::kFailed;
@@ -74,7 +76,7 @@ Result Document::ExportSup(const UnitList& units, const std::string& path) {
     return Result::kFailed;
   }
   const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
-  const auto positions = SaveSup(file, units, *transaction, Context());
+  const auto positions = SaveSup(file, OwnedOf(units), *transaction, Context());
   return positions ? Commit(*transaction) : Result::kFailed;
 }
 

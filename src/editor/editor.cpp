@@ -41,6 +41,10 @@ bool Editor::Enabled(const Command& command) const {
       return !busy_ && selection_.Current() != nullptr;
     case Guard::kIdleWithFrame:
       return !busy_ && video_.Frame() != nullptr;
+    case Guard::kIdleWithUndo:
+      return !busy_ && document_.History().ToUndo() != nullptr;
+    case Guard::kIdleWithRedo:
+      return !busy_ && document_.History().ToRedo() != nullptr;
   }
   return false;
 }
@@ -119,6 +123,7 @@ void Editor::UpdateView() {
     look_.button = 0;
     selectedText_.reset();
   }
+  document_.History().Close();
   view_ = BuildView(document_, selection_, session_.preferences, look_);
   view_.canEdit = view_.hasUnit && !busy_;
   if (!busy_) view_.aspect = document_.Results().aspect;

@@ -31,6 +31,8 @@ class Editor {
   // Runs a command if its guard holds and it is built.
   void Run(CommandId id);
   [[nodiscard]] bool Enabled(const Command& command) const;
+  // What the menu shows: the command's text, with what it would take back or do again.
+  [[nodiscard]] std::string MenuText(const Command& command) const;
 
   // Opens files as the command line or a drop names them. `fullDomain`: the whole domain of the
   // first.
@@ -72,7 +74,9 @@ class Editor {
   // Shows all pixel types but the background opaque.
   void IgnoreTransparency(bool on);
 
-  // Edits of the current unit.
+  // Edits of the current unit. Between the two, edits of one kind are one step of the history.
+  void BeginDrag() { document_.History().BeginDrag(); }
+  void EndDrag() { document_.History().EndDrag(); }
   void SetColour(int pixelType, int clutEntry);
   // `which` as SetAlpha takes it.
   void SetTransparency(int alpha, int which);
@@ -150,6 +154,8 @@ class Editor {
   void ShowPreferences();
   void ReloadCurrent();
   void ReloadAll();
+  void Undo();
+  void Redo();
   void ApplyLast();
   void ApplyLastToAll();
   void RetimeCurrent();
@@ -203,6 +209,9 @@ class Editor {
   void Find(int direction);
   void ShowButton(int button);
   void ChooseText(BoxRange range);
+  // The current unit for a step of its own in the history.
+  SubpictureUnit& OpenCurrent(const char* name);
+  void ShowStep(const EditStep* step);
   void OpenSupFile(const std::string& path);
   void ChooseIfo();
   [[nodiscard]] std::string ProposedBitmapName() const;

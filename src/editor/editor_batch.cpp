@@ -6,8 +6,8 @@ namespace quillomar {
 
 void Editor::ApplyLast() {
   if (!UnitMayBeEdited()) return;
-  (void)ApplyModifications(*selection_.Current(), last_, ChoicesOf(last_), session_.preferences,
-                           document_.Context());
+  (void)ApplyModifications(OpenCurrent("last modifications"), last_, ChoicesOf(last_),
+                           session_.preferences, document_.Context());
   UpdateView();
 }
 
@@ -20,9 +20,11 @@ void Editor::ApplyToAll(const ApplyAllChoices& choices) {
   auto work = [this, choices, units = selection_.List(), last = last_,
                preferences = session_.preferences] {
     const SpuContext context = document_.Context();
+    document_.History().Begin("last modifications", last);
     for (std::size_t i = 0; i < units.size() && !session_.job.abortRequested; ++i) {
-      const bool done = !Failed(ApplyModifications(*units[i], last, choices, preferences, context));
-      units[i]->ReleasePixels();
+      SubpictureUnit& unit = document_.History().Open(units[i]);
+      const bool done = !Failed(ApplyModifications(unit, last, choices, preferences, context));
+      unit.ReleasePixels();
       if (done) session_.job.percent = static_cast<int>(i * 100 / (units.size() + 1));
     }
   };
@@ -36,9 +38,10 @@ void Editor::ReloadAll() {
   auto work = [this, units = selection_.List()] {
     for (std::size_t i = 0; i < units.size(); ++i) {
       session_.job.percent = static_cast<int>(i * 100 / units.size());
-      (void)document_.ReloadUnit(*units[i]);
+      (void)document_.ReloadUnit(document_.History().Open(units[i]));
     }
   };
+  document_.History().Begin("reload", last_);
   last_ = {};
   document_.RevertCluts();
   StartJob(Operation::kReverting, "Reverting changes", std::move(work), {});

@@ -65,7 +65,7 @@ void Editor::SavePpm() {
 }
 
 void Editor::SaveBitmapAs(const std::string& path, int type) {
-  SubpictureUnit& unit = *selection_.Current();
+  SubpictureUnit& unit = Document::Unrecorded(selection_.Current());
   const TypeColours colours = ExchangeColoursOfCurrent().colours;
   const SpuContext context = document_.Context();
   const BmpDepth depth = type == kSave4Bit ? BmpDepth::k4Bit : BmpDepth::k24Bit;
@@ -85,7 +85,8 @@ void Editor::ReplaceBitmap() {
 }
 
 void Editor::ImportBitmap(const std::string& path, const TypeColours& colours) {
-  (void)ImportBmp(*selection_.Current(), path, colours, session_.files, document_.Context());
+  (void)ImportBmp(OpenCurrent("replacement bitmap"), path, colours, session_.files,
+                  document_.Context());
   UpdateView();
 }
 
@@ -112,7 +113,8 @@ void Editor::EditWithTool(const std::string& path, const TypeColours& colours) {
   const Preferences& preferences = session_.preferences;
   const UnitPointer unit = selection_.Current();
   const BmpDepth depth = preferences.editBitmapAs24Bit > 0 ? BmpDepth::k24Bit : BmpDepth::k4Bit;
-  if (Failed(ExportBmp(*unit, path, depth, colours, session_.files, document_.Context()))) {
+  if (Failed(ExportBmp(Document::Unrecorded(unit), path, depth, colours, session_.files,
+                       document_.Context()))) {
     session_.reporter.ReportError(kSaveFailed);
     return;
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/format.h"
 #include "editor/editor.h"
 #include "editor/view_builder.h"
 #include "spu/colour_edit.h"
@@ -71,8 +72,9 @@ void Editor::ChooseSequence(int entry) {
   if (jobChangesUnits_) return;
   const UnitPointer unit = selection_.Current();
   if (!unit || entry < 0 || entry > static_cast<int>(unit->state.sequences.size())) return;
-  unit->allSequences = entry == 0;
-  (void)SelectControlSequence(*unit, std::max(entry - 1, 0));
+  SubpictureUnit& shown = Document::Unrecorded(unit);
+  shown.allSequences = entry == 0;
+  (void)SelectControlSequence(shown, std::max(entry - 1, 0));
   UpdateView();
 }
 
@@ -107,14 +109,17 @@ void Editor::SetTransparency(int alpha, int which) {
 void Editor::EditClutEntry(int pixelType) {
   if (!UnitMayBeEdited() || pixelType < 0 || pixelType >= kPixelTypes) return;
   const auto type = static_cast<std::size_t>(pixelType);
-  ClutRecord* const clut = ClutOfUnit(document_, *selection_.Current());
+  const UnitPointer unit = selection_.Current();
+  const ClutRecord* const clut = ClutOfUnit(document_, *unit);
   const std::optional<int> entry = view_.swatches[type].clutEntry;
   if (clut == nullptr || !entry) return;
-  YCrCb& colour = clut->entries.at(static_cast<std::size_t>(*entry));
-  const auto chosen = frontEnd_.ChooseColour(kColourTitles[type], ToRgb(colour));
-  if (!chosen) return;
+  const auto index = static_cast<std::size_t>(*entry);
+  const Rgb shown = ToRgb(clut->entries.at(index));
+  const auto chosen = frontEnd_.ChooseColour(kColourTitles[type], shown);
   // What looks the same is not converted: the disc's own value may have no exact way back.
-  if (*chosen != ToRgb(colour)) colour = ToYCrCb(*chosen);
+  if (!chosen || *chosen == shown) return;
+  document_.History().Begin(Format("CLUT entry %d", *entry), last_);
+  document_.History().OpenClut(*unit->clut).entries.at(index) = ToYCrCb(*chosen);
   UpdateView();
 }
 

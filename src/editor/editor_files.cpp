@@ -165,9 +165,8 @@ void Editor::SaveAll() {
 }
 
 void Editor::ReloadCurrent() {
-  const UnitPointer unit = selection_.Current();
-  if (!unit) return;
-  (void)document_.ReloadUnit(*unit);
+  if (!UnitMayBeEdited()) return;
+  (void)document_.ReloadUnit(OpenCurrent("reload"));
   UpdateView();
 }
 

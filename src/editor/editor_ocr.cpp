@@ -11,13 +11,9 @@ namespace {
 
 constexpr const char* kHideName = "hearing impaired text";
 
-SubpictureUnit& Unrecorded(const UnitPointer& unit) {
-  return *unit;
-}
-
 std::vector<SubpictureUnit*> Pointers(const UnitList& units) {
   std::vector<SubpictureUnit*> pointers;
-  for (const UnitPointer& unit : units) pointers.push_back(&Unrecorded(unit));
+  for (const UnitPointer& unit : units) pointers.push_back(&Document::Unrecorded(unit));
   return pointers;
 }
 
@@ -25,7 +21,7 @@ std::vector<SubpictureUnit*> Pointers(const UnitList& units) {
 
 void Editor::OcrCurrent() {
   if (!UnitMayBeEdited() || !ocr_.Ready()) return;
-  RunOcr(Unrecorded(selection_.Current()), ocr_.Tools(document_.Context()));
+  RunOcr(Document::Unrecorded(selection_.Current()), ocr_.Tools(document_.Context()));
   RefillList();
 }
 
@@ -43,7 +39,7 @@ void Editor::OcrUnits(const UnitList& units) {
 
 void Editor::HideHearingImpaired() {
   if (!UnitMayBeEdited() || !ocr_.Ready()) return;
-  (void)EraseHearingImpaired(Unrecorded(selection_.Current()), ocr_.Hearing(),
+  (void)EraseHearingImpaired(OpenCurrent(kHideName), ocr_.Hearing(),
                              ocr_.Tools(document_.Context()));
   RefillList();
 }
@@ -60,11 +56,10 @@ void Editor::HideHearingImpairedIn(const UnitList& units) {
     std::vector<SubpictureUnit*> unread = Pointers(units);
     std::erase_if(unread, [](const SubpictureUnit* unit) { return unit->charBoxCount > 0; });
     RunOcrOnAll(unread, tools, ProgressOf(session_.job, unread.size()));
-    (void)last;
-    (void)kHideName;
+    document_.History().Begin(kHideName, last);
     const EngineProgress progress = ProgressOf(session_.job, units.size());
     for (std::size_t i = 0; i < units.size() && progress(i, units.size()); ++i) {
-      SubpictureUnit& unit = Unrecorded(units[i]);
+      SubpictureUnit& unit = document_.History().Open(units[i]);
       if (Failed(EraseHearingImpaired(unit, options, tools))) ++refused_;
       unit.ReleasePixels();
     }
@@ -76,14 +71,14 @@ void Editor::HideHearingImpairedIn(const UnitList& units) {
 void Editor::EraseText() {
   if (!UnitMayBeEdited() || !selectedText_ || !ocr_.Ready()) return;
   if (selection_.Current()->charBoxCount <= 0) return;
-  (void)EraseSelection(Unrecorded(selection_.Current()), *selectedText_, ocr_.Cut(),
+  (void)EraseSelection(OpenCurrent("erased text"), *selectedText_, ocr_.Cut(),
                        ocr_.Tools(document_.Context()));
   RefillList();
 }
 
 void Editor::CorrectText(const std::string& text) {
   if (!UnitMayBeEdited() || !ocr_.Ready()) return;
-  SubpictureUnit& unit = Unrecorded(selection_.Current());
+  SubpictureUnit& unit = Document::Unrecorded(selection_.Current());
   const OcrTools tools = ocr_.Tools(document_.Context());
   const auto picture = selectedText_ ? TakeTextPicture(unit, tools) : std::nullopt;
   auto lesson = picture ? MakeLesson(unit, *selectedText_, picture->Unpack(), text) : std::nullopt;

@@ -9,7 +9,7 @@ namespace quillomar {
 void Editor::EditCurrent(const UnitEdits& edits) {
   if (!UnitMayBeEdited()) return;
   std::string refusal;
-  SubpictureUnit& unit = *selection_.Current();
+  SubpictureUnit& unit = OpenCurrent(NameOf(edits));
   if (!Failed(ApplyEdits(unit, edits, session_.preferences, document_.Context(), refusal))) {
     Remember(last_, edits, unit);
   }

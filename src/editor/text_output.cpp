@@ -34,7 +34,7 @@ std::string SrtRecord(const SubpictureUnit& unit, VideoStandard standard) {
 std::string SrtText(const UnitList& units, const SpuContext& context) {
   std::string text;
   for (const UnitPointer& unit : units) {
-    if (IsWritten(*unit, context)) text += SrtRecord(*unit, context.standard);
+    if (IsWritten(Document::Unrecorded(unit), context)) text += SrtRecord(*unit, context.standard);
   }
   return text;
 }

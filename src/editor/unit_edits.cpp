@@ -162,6 +162,18 @@ bool UnitEdits::Empty() const {
   return look && place && end == EndEdit::kNone && !durationMs && !forcedStart;
 }
 
+const char* NameOf(const UnitEdits& edits) {
+  if (edits.moveUp || edits.moveRight) return "move";
+  if (edits.border) return "border";
+  if (edits.flush) return "flush to border";
+  if (edits.crop) return "crop";
+  if (edits.fade != FadeEdit::kNone) return edits.fade == FadeEdit::kAdd ? "fade" : "no fade";
+  if (!edits.alphas.empty()) return "transparency";
+  if (edits.hide) return "hide";
+  if (!edits.colours.empty()) return "color";
+  return edits.forcedStart ? "start command" : "duration";
+}
+
 Result ApplyEdits(SubpictureUnit& unit, const UnitEdits& edits, const Preferences& preferences,
                   const SpuContext& context, std::string& refusal) {
   const SpuState before = unit.state;

@@ -41,6 +41,9 @@ struct UnitEdits {
   [[nodiscard]] bool Empty() const;
 };
 
+// What the user calls them, by the first of them in the order below.
+[[nodiscard]] const char* NameOf(const UnitEdits& edits);
+
 // Carries the edits out in the order: vertical move, borders, crop, horizontal move, fade, alphas,
 // hide, colours, end and duration, start. A unit that lacks the sequence asked for is left wholly
 // alone, and so is, outside a batch, one that refuses an edit: its state is then what it was.

@@ -114,11 +114,11 @@ View BuildView(Document& document, const Selection& selection, const Preferences
   view.streams = StreamEntries(document, unit ? document.Cells().Find(unit->vcid) : nullptr);
   view.stream = selection.filter.stream ? *selection.filter.stream + 1 : 0;
   FillVcids(document, selection.filter, view);
-  if (unit) FillUnit(document, *unit, preferences, options, view);
+  if (unit) FillUnit(document, Document::Unrecorded(unit), preferences, options, view);
   return view;
 }
 
-ClutRecord* ClutOfUnit(Document& document, const SubpictureUnit& unit) {
+const ClutRecord* ClutOfUnit(const Document& document, const SubpictureUnit& unit) {
   if (!unit.clut) return nullptr;
   return &document.Cells().cluts.at(static_cast<std::size_t>(*unit.clut));
 }

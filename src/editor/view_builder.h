@@ -14,7 +14,7 @@ namespace quillomar {
                              const Preferences& preferences, const ViewOptions& options);
 
 // Program chain whose colours a unit has; null when it is unknown.
-[[nodiscard]] ClutRecord* ClutOfUnit(Document& document, const SubpictureUnit& unit);
+[[nodiscard]] const ClutRecord* ClutOfUnit(const Document& document, const SubpictureUnit& unit);
 
 [[nodiscard]] PlaceView BuildPlaceView(const SubpictureUnit& unit, const Preferences& preferences,
                                        VideoStandard standard);

@@ -61,7 +61,10 @@ void CommandMenus::AddCommand(QMenu& menu, const Command& command) {
 }
 
 void CommandMenus::Update() {
-  for (const Entry& entry : entries_) entry.action->setEnabled(editor_.Enabled(*entry.command));
+  for (const Entry& entry : entries_) {
+    entry.action->setEnabled(editor_.Enabled(*entry.command));
+    entry.action->setText(ToQString(editor_.MenuText(*entry.command)));
+  }
   UpdateRecentFiles();
 }
 

@@ -46,7 +46,7 @@ TEST_F(BatchTest, ReachesTheFilteredListAndIsTakenBack) {
       EXPECT_EQ(unit->state.bytes, old.bytes);
     } else {
       EXPECT_TRUE(IsForced(*unit));
-      (void)SelectControlSequence(*unit, 0);
+      (void)SelectControlSequence(Document::Unrecorded(unit), 0);
       EXPECT_EQ((*unit->currentColours)[kPattern], 7);
       ++reached;
     }

@@ -83,7 +83,7 @@ TEST_P(AuthoredDisc, EverySubpictureIsAsFfmpegReadsIt) {
       if (other.streamId != kFirstSubpictureId + stream) continue;
       while (next < units.size() && units[next]->stream != stream) ++next;
       ASSERT_LT(next, units.size());
-      SubpictureUnit& unit = *units[next++];
+      SubpictureUnit& unit = Document::Unrecorded(units[next++]);
       SCOPED_TRACE("subpicture " + std::to_string(unit.number));
       EXPECT_EQ(unit.state.pts, other.pts);
       EXPECT_EQ(other.startMs, 0);

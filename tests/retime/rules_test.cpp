@@ -198,7 +198,7 @@ TEST_F(RetimingRefused, WhereTheMultiplexLeavesNoGap) {
 
 TEST_F(RetimingRefused, ByAUnitWithButtons) {
   const UnitList units = Units();
-  units.back()->highlight.buttons.resize(1);
+  Document::Unrecorded(units.back()).highlight.buttons.resize(1);
   (*editor)->Retime(units, 1);
   EXPECT_EQ((*editor)->Context().reporter.StatusText(), "Updating IFO");
   EXPECT_TRUE(Untouched());
@@ -209,7 +209,7 @@ TEST_F(RetimingRefused, ByTheUserWhereAVobuHoldsSeveralUnits) {
   const auto other = std::find_if(units.begin() + 1, units.end(), [&](const UnitPointer& unit) {
     return unit->stream == units.front()->stream;
   });
-  (*other)->packs.front().lba = units.front()->packs.back().lba + 1;
+  Document::Unrecorded(*other).packs.front().lba = units.front()->packs.back().lba + 1;
   AnswerNo();
   (*editor)->Retime({units.front()}, 1);
   EXPECT_EQ(editor->questions,
@@ -306,7 +306,7 @@ TEST_F(RetimingRefused, NothingOfUnsavedEdits) {
   const DiscModel untouched(disc->Folder());
   const UnitPointer unit = Units()[5];
   const int colour = ((*unit->currentColours)[kPattern] + 1) % 16;
-  ASSERT_EQ(SetColour(*unit, colour, kPattern), Result::kDone);
+  ASSERT_EQ(SetColour(Document::Unrecorded(unit), colour, kPattern), Result::kDone);
   const Bytes edited = unit->state.bytes;
   (*editor)->Retime(Units(), 3);
   EXPECT_EQ(CheckMux(DiscModel(disc->Folder()), untouched), Faults());

@@ -1,6 +1,7 @@
 // Changing the look of a subpicture, saving, stopping jobs and closing.
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QComboBox>
 #include <QLabel>
 #include <QSlider>
@@ -71,6 +72,27 @@ TEST_F(EditingTest, ShiftClickChangesTheClut) {
   EXPECT_EQ(dialogs_.questions, std::vector<std::string>{"Pick color for text pixel. "});
   EXPECT_NE(Shown().swatches[kPattern].colour, before);
   EXPECT_TRUE(TheEditor().Doc().Modified());
+}
+
+TEST_F(EditingTest, OneKeyTakesADragBackAndAnotherDoesItAgain) {
+  StartOnDisc();
+  auto& slider = Find<QSlider>("transparency");
+  const int before = slider.value();
+  slider.setSliderDown(true);
+  for (const int alpha : {3, 5, 9}) slider.setSliderPosition(alpha);
+  slider.setSliderDown(false);
+  EXPECT_EQ(Find<QAction>("undo").text(), "Undo transparency (subpic 1) \t(Alt-Backspace)");
+  Key(Qt::Key_Backspace, Qt::AltModifier);
+  EXPECT_EQ(slider.value(), before);
+  EXPECT_FALSE(Find<QAction>("undo").isEnabled());
+  Key(Qt::Key_Y, Qt::ControlModifier);
+  EXPECT_EQ(slider.value(), 9);
+
+  dialogs_.colour = Rgb{16, 200, 32};
+  QTest::mouseClick(&Find<SwatchButton>("swatch1"), Qt::LeftButton, Qt::ShiftModifier);
+  Key(Qt::Key_Backspace, Qt::AltModifier);
+  Key(Qt::Key_Backspace, Qt::AltModifier);
+  EXPECT_FALSE(TheEditor().Doc().Modified());
 }
 
 TEST_F(EditingTest, SavedColoursAreThereAfterANewStart) {

@@ -14,7 +14,7 @@ class SearchTest : public WindowTest {
  protected:
   // Gives the n-th subpicture of the list (from 0) a text.
   void Recognise(std::size_t index, std::vector<std::string> lines) {
-    TheEditor().List().List().at(index)->ocrText = std::move(lines);
+    Document::Unrecorded(TheEditor().List().List().at(index)).ocrText = std::move(lines);
   }
 };
 
