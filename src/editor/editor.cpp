@@ -118,8 +118,10 @@ void Editor::RefillList() {
 
 void Editor::UpdateView() {
   if (jobChangesUnits_) return;
-  if (const UnitPointer current = selection_.Current(); current != shown_) {
-    shown_ = current;
+  const UnitPointer current = selection_.Current();
+  const bool isOther = current != shown_;
+  shown_ = current;
+  if (isOther) {
     look_.button = 0;
     selectedText_.reset();
   }
@@ -128,6 +130,8 @@ void Editor::UpdateView() {
   view_.canEdit = view_.hasUnit && !busy_;
   if (!busy_) view_.aspect = document_.Results().aspect;
   FillVideo();
+  if (isOther) FollowStreamsModes();
+  view_.screenMode = CurrentScreenMode();
   frontEnd_.Refresh();
   WantFrame();
   WarnIfOnly4x3();

@@ -71,6 +71,8 @@ class Editor {
   void SetSearchText(const std::string& text);
   // Lists only units whose recognised text holds the search text, if there is one.
   void FilterBySearchText(bool on);
+  // The screen on which the picture is shown.
+  void ChooseScreenMode(ScreenMode mode);
   // Shows all pixel types but the background opaque.
   void IgnoreTransparency(bool on);
 
@@ -205,6 +207,8 @@ class Editor {
   using Work = std::function<void()>;
 
   void EditCurrent(const UnitEdits& edits);
+  [[nodiscard]] ScreenMode CurrentScreenMode() const;
+  void FollowStreamsModes();
   [[nodiscard]] TextSearch MakeSearch() const;
   void Find(int direction);
   void ShowButton(int button);
@@ -256,6 +260,7 @@ class Editor {
   int refused_ = 0;
   View view_;
   ViewOptions look_;
+  std::optional<ScreenMode> screenMode_;  // as last chosen or followed
   std::string searchText_;
   UnitPointer shown_;  // the unit in the view
   VideoControl video_;

@@ -46,6 +46,7 @@ void Editor::CloseFiles() {
   last_ = {};
   look_ = {};
   ocr_.ForgetDisc();
+  screenMode_.reset();
   UpdateView();
 }
 

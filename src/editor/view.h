@@ -8,6 +8,7 @@
 #include "dvd/sector.h"
 #include "dvd/video_standard.h"
 #include "editor/picture.h"
+#include "editor/screen_mode.h"
 #include "editor/text_view.h"
 #include "editor/view_options.h"
 #include "spu/duration.h"
@@ -63,6 +64,7 @@ struct View {
   std::string title;  // of the window: path of the first file
   VideoStandard standard = VideoStandard::kUnknown;
   int aspect = 0;  // sequence header's code: 2 is 4:3, 3 is 16:9; 0 until the scan has ended
+  ScreenMode screenMode = ScreenMode::k4x3;
 
   int count = 0;                     // units in the filtered list
   int index = 0;                     // current one, from 0

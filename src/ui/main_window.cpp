@@ -31,6 +31,7 @@
 #include "ui/progress_window.h"
 #include "ui/qt_front_end.h"
 #include "ui/retime_dialog.h"
+#include "ui/screen_mode_chooser.h"
 #include "ui/search_panel.h"
 #include "ui/selector_panel.h"
 #include "ui/time_panel.h"
@@ -78,6 +79,7 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
       place_(new PlacePanel(editor, this)),
       time_(new TimePanel(editor, this)),
       zoom_(new ZoomWindow(this)),
+      screenMode_(new ScreenModeChooser(editor, this)),
       preferences_(new PreferencesDialog(editor.Context(), frontEnd, this)),
       applyAll_(new ApplyAllDialog(this)),
       retime_(new RetimeDialog(this)),
@@ -116,6 +118,7 @@ QWidget* MainWindow::MakePictureSide() {
   layout->addWidget(ocr_);
   auto* const row = new QHBoxLayout;
   row->addWidget(navigator_, 1);
+  row->addWidget(screenMode_);
   row->addWidget(new ZoomChooser(*zoom_, this));
   layout->addLayout(row);
   layout->addWidget(video_);
@@ -245,6 +248,7 @@ void MainWindow::Refresh() {
   ocr_->Show(view, editor_.Busy());
   navigator_->Show(view);
   video_->Show(view.video, editor_.Busy());
+  screenMode_->Show(view);
   selectors_->Show(view, editor_.Busy());
   search_->Show(view, editor_.Busy());
   info_->ShowRtf(view.infoRtf);

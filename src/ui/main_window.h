@@ -19,6 +19,7 @@ namespace quillomar {
 
 class ApplyAllDialog;
 class CommandMenus;
+class ScreenModeChooser;
 class Editor;
 class InfoPane;
 class KeyFilter;
@@ -96,6 +97,7 @@ class MainWindow final : public QMainWindow {
   PlacePanel* place_;
   TimePanel* time_;
   ZoomWindow* zoom_;
+  ScreenModeChooser* screenMode_;
   PreferencesDialog* preferences_;
   ApplyAllDialog* applyAll_;
   RetimeDialog* retime_;

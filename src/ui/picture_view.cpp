@@ -9,8 +9,6 @@
 namespace quillomar {
 namespace {
 
-// The sequence header's aspect code of a 16:9 picture.
-constexpr int kWideAspect = 3;
 constexpr int kSmallestHeight = 240;
 // From this scale on pixels are shown as the squares they are; below it they are smoothed, or some
 // rows would look thicker than others.
@@ -34,7 +32,7 @@ PictureView::PictureView(QWidget* parent) : QWidget(parent) {
 
 void PictureView::Show(const View& view) {
   frame_ = QSize(kPictureWidth, FrameHeight(view.standard));
-  aspect_ = view.aspect == kWideAspect ? 16.0 / 9.0 : 4.0 / 3.0;
+  aspect_ = ScreenAspect(view.screenMode);
   picture_ = view.hasUnit ? ToImage(view.picture) : QImage();
   border_ = view.hasUnit ? view.place.border : 0;
   ShowFrame(view.video);

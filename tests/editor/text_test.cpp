@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "editor/info_text.h"
+#include "editor/screen_mode.h"
 #include "editor/time_code.h"
 #include "editor/view_builder.h"
 
@@ -68,6 +69,16 @@ TEST(DisplayModes, AreNamedAndTold4x3Only) {
   EXPECT_TRUE(OnlyFor4x3(cell));
   cell.subpictures[4].modes = kModeWide;
   EXPECT_FALSE(OnlyFor4x3(cell));
+}
+
+TEST(ScreenModes, FollowTheStreamOnlyWhereItLacksThePresentOne) {
+  constexpr std::uint8_t kWideAndLetterbox = 0b0110;
+  EXPECT_EQ(FittingMode(ScreenMode::kLetterbox, kWideAndLetterbox), ScreenMode::kLetterbox);
+  EXPECT_EQ(FittingMode(ScreenMode::kPanScan, kWideAndLetterbox), ScreenMode::kWide);
+  EXPECT_EQ(FittingMode(ScreenMode::kWide, 0b1000), ScreenMode::kPanScan);
+  EXPECT_EQ(FittingMode(ScreenMode::kWide, 0), ScreenMode::kWide);
+  EXPECT_DOUBLE_EQ(PlaceOfVideo(ScreenMode::kLetterbox).top * 480, 60);
+  EXPECT_DOUBLE_EQ(PlaceOfVideo(ScreenMode::kPanScan).width * 720, 540);
 }
 
 }  // namespace
