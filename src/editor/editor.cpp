@@ -79,6 +79,7 @@ void Editor::StartJob(Operation operation, const std::string& title, Work work, 
     session_.job.operation = Operation::kNone;
     session_.job.percent = 0;
     frontEnd_.JobEnded();
+    shown_.reset();
     RefillList();
   });
 }
