@@ -32,7 +32,7 @@ PictureView::PictureView(QWidget* parent) : QWidget(parent) {
 
 void PictureView::Show(const View& view) {
   frame_ = QSize(kPictureWidth, FrameHeight(view.standard));
-  aspect_ = ScreenAspect(view.screenMode);
+  screenMode_ = view.screenMode;
   picture_ = view.hasUnit ? ToImage(view.picture) : QImage();
   border_ = view.hasUnit ? view.place.border : 0;
   ShowFrame(view.video);
@@ -56,8 +56,9 @@ void PictureView::SetBackground(Rgb colour) {
 }
 
 QRectF PictureView::FrameRect() const {
-  const double frameHeight = std::min<double>(height(), width() / aspect_);
-  const QSizeF size(frameHeight * aspect_, frameHeight);
+  const double aspect = ScreenAspect(screenMode_);
+  const double frameHeight = std::min<double>(height(), width() / aspect);
+  const QSizeF size(frameHeight * aspect, frameHeight);
   return {QPointF((width() - size.width()) / 2, (height() - size.height()) / 2), size};
 }
 
@@ -66,10 +67,16 @@ QSize PictureView::sizeHint() const {
 }
 
 void PictureView::PaintFrame(QPainter& painter, const QRectF& target) const {
+  const VideoPlace place = PlaceOfVideo(screenMode_);
+  const QRectF shown(target.left(), target.top() + place.top * target.height(), target.width(),
+                     place.height * target.height());
+  if (place.height < 1.0) painter.fillRect(target, Qt::black);
   if (video_.isNull()) {
-    painter.fillRect(target, background_);
+    painter.fillRect(shown, background_);
   } else {
-    painter.drawImage(target, video_);
+    painter.drawImage(
+        shown, video_,
+        QRectF(place.left * video_.width(), 0, place.width * video_.width(), video_.height()));
   }
   const double border = border_ * target.height() / frame_.height();
   if (border <= 0) return;

@@ -32,7 +32,7 @@ class PictureView final : public QWidget {
   void PaintFrame(QPainter& painter, const QRectF& target) const;
 
   QSize frame_{kPictureWidth, 480};  // pixels, lines
-  double aspect_ = 4.0 / 3.0;        // width to height as displayed
+  ScreenMode screenMode_ = ScreenMode::k4x3;
   QColor background_;
   FramePointer shownVideo_;  // what video_ was made of
   QImage video_;             // null without a frame
