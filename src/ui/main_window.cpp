@@ -10,6 +10,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTabWidget>
@@ -115,7 +116,6 @@ QWidget* MainWindow::MakePictureSide() {
   auto* const layout = new QVBoxLayout(side);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(picture_, 1);
-  layout->addWidget(ocr_);
   auto* const row = new QHBoxLayout;
   row->addWidget(navigator_, 1);
   row->addWidget(screenMode_);
@@ -140,12 +140,17 @@ QWidget* MainWindow::MakeTextSide() {
 QTabWidget* MainWindow::MakeTabs() {
   tabs_ = new QTabWidget(this);
   NameControl(*tabs_, "tabs", "Information and recognized text", {});
-  auto* const text = new QWidget(tabs_);
+  // Scrolls where the window is low.
+  auto* const area = new QScrollArea(tabs_);
+  area->setWidgetResizable(true);
+  area->setFrameShape(QFrame::NoFrame);
+  auto* const text = new QWidget(area);
   auto* const layout = new QVBoxLayout(text);
+  layout->addWidget(ocr_, 1);
   layout->addWidget(search_);
-  layout->addStretch(1);
   tabs_->addTab(info_, "&Information");
-  tabs_->addTab(text, "Recogni&zed text");
+  area->setWidget(text);
+  tabs_->addTab(area, "Recogni&zed text");
   return tabs_;
 }
 
@@ -226,14 +231,19 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
           });
   connect(&frontEnd, &QtFrontEnd::ToolStarted, this, &MainWindow::WaitForTool);
   connect(&frontEnd, &QtFrontEnd::ToolEnded, this, &MainWindow::GoOnAfterTool);
+  connect(ocr_, &OcrPanel::TextWanted, this, &MainWindow::ShowText);
   connect(zoom_, &ZoomWindow::Changed, this, &MainWindow::Refresh);
   connect(preferences_, &PreferencesDialog::BackgroundChanged, this, &MainWindow::Refresh);
   connect(progress_, &ProgressWindow::AbortRequested, this,
           [this] { editor_.Run(CommandId::kAbort); });
 }
 
-void MainWindow::FocusCharacters() {
+void MainWindow::ShowText() {
   tabs_->setCurrentIndex(tabs_->count() - 1);
+}
+
+void MainWindow::FocusCharacters() {
+  ShowText();
   search_->FocusCharacters();
 }
 

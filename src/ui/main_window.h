@@ -73,6 +73,7 @@ class MainWindow final : public QMainWindow {
   void AddContextMenu();
   void MakeStatusBar();
   void ConnectFrontEnd(QtFrontEnd& frontEnd);
+  void ShowText();
   void FocusCharacters();
   void Refresh();
   void ShowVideo();

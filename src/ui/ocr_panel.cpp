@@ -56,19 +56,21 @@ OcrPanel::OcrPanel(Editor& editor, PictureView& picture, QWidget* parent)
   text_->setReadOnly(true);
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   text_->setPlaceholderText("Ctrl+T reads the text of this subpic");
-  text_->setFixedHeight(kShownLines * text_->fontMetrics().lineSpacing() + 2 * text_->frameWidth() +
-                        static_cast<int>(2 * text_->document()->documentMargin()));
+  text_->setMinimumHeight(kShownLines * text_->fontMetrics().lineSpacing() +
+                          2 * text_->frameWidth() +
+                          static_cast<int>(2 * text_->document()->documentMargin()));
   text_->installEventFilter(this);
   KeepKeys(*text_, KeptKeys::kText);
   auto* const layout = new QGridLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(text_, 0, 0, 3, 1);
-  layout->setColumnStretch(0, 1);
+  layout->addWidget(text_, 0, 0, 1, 2);
+  layout->setRowStretch(0, 1);
   AddButtons(*layout);
   AddCorrection(*layout);
   OrderTabs({text_, ocr_, saved_, erase_, doubtful_, correction_, correct_});
   connect(text_, &QPlainTextEdit::selectionChanged, this, &OcrPanel::TakeSelection);
   connect(boxes_, &TextBoxOverlay::Chosen, this, [this](BoxRange range) {
+    emit TextWanted();
     Select(range);
     text_->setFocus(Qt::MouseFocusReason);
   });
@@ -90,10 +92,10 @@ void OcrPanel::AddButtons(QGridLayout& layout) {
   runs(erase_, CommandId::kEraseOcrText);
   runs(doubtful_, CommandId::kNextDoubtful);
   connect(saved_, &QCheckBox::toggled, this, [this](bool on) { editor_.ShowSavedText(on); });
-  layout.addWidget(ocr_, 0, 1);
-  layout.addWidget(saved_, 0, 2);
-  layout.addWidget(erase_, 1, 1);
-  layout.addWidget(doubtful_, 1, 2);
+  layout.addWidget(ocr_, 1, 0);
+  layout.addWidget(saved_, 1, 1);
+  layout.addWidget(erase_, 2, 0);
+  layout.addWidget(doubtful_, 2, 1);
 }
 
 void OcrPanel::AddCorrection(QGridLayout& layout) {
@@ -106,8 +108,8 @@ void OcrPanel::AddCorrection(QGridLayout& layout) {
               "Correct the selected characters, and all that look like them if you want");
   connect(correction_, &QLineEdit::returnPressed, this, &OcrPanel::Correct);
   connect(correct_, &QPushButton::clicked, this, &OcrPanel::Correct);
-  layout.addWidget(correction_, 2, 1);
-  layout.addWidget(correct_, 2, 2);
+  layout.addWidget(correction_, 3, 0);
+  layout.addWidget(correct_, 3, 1);
 }
 
 void OcrPanel::Show(const View& view, bool busy) {
@@ -127,6 +129,10 @@ void OcrPanel::Show(const View& view, bool busy) {
   saved_->setEnabled(view.hasUnit && !busy);
   const QSignalBlocker blocker(saved_);
   saved_->setChecked(view.text.showsSaved);
+  const bool justRead = view.index == index_ && view.text.read && !read_;
+  index_ = view.index;
+  read_ = view.text.read;
+  if (justRead) emit TextWanted();
 }
 
 void OcrPanel::ShowText(const TextView& text) {

@@ -29,6 +29,10 @@ class OcrPanel final : public QWidget {
 
   void Show(const View& view, bool busy);
 
+ signals:
+  // The text of the current subpicture was just read, or something in it chosen on the picture.
+  void TextWanted();
+
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -54,6 +58,8 @@ class OcrPanel final : public QWidget {
   // Where each character of the unit's boxes stands in the text; one more for the end.
   std::vector<int> places_;
   std::optional<BoxRange> selected_;
+  int index_ = -1;     // of the subpicture shown
+  bool read_ = false;  // its text was there already
 };
 
 }  // namespace quillomar
