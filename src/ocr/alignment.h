@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "ocr/character_shapes.h"
@@ -14,10 +15,13 @@ struct Match {
   std::size_t reading = 0, readings = 1;
 };
 
-// Lays the readings onto the glyphs at the least cost in place, width and shape. Every glyph is in
+// Lays the readings onto the glyphs at the least cost in place, width and shape, and in what is
+// known of the glyphs: what each surely is, empty where that is not known. Every glyph is in
 // exactly one match; a reading without ink is in none.
 [[nodiscard]] std::vector<Match> AlignReadings(const std::vector<Reading>& readings,
-                                               const GlyphLine& line,
-                                               const CharacterWidths& widths);
+                                               const std::vector<Glyph>& glyphs,
+                                               const LineMetrics& metrics,
+                                               const CharacterWidths& widths,
+                                               const std::vector<std::u32string>& known);
 
 }  // namespace quillomar

@@ -30,7 +30,7 @@ constexpr std::array<WidthClass, 6> kWidthClasses = {{
     {0.3, U".,:;'|!il\u00a1\u2019\u2018Ij\u00ec\u00ed\u00ee\u00ef\u00cc\u00cd\u00ce\u00cf"},
     {0.55, U"ftr()[]-/\"1\u201c\u201d"},
     {0.85, U"sczaeJ?\u00bf"},
-    {1.25, U"ABCDEGHKNOPQRSTUVXYZ&"},
+    {1.25, U"ABCDEFGHKLNOPQRSTUVXYZ&"},
     {1.6, U"mwMW@%\u00e6\u0153\u00c6\u0152\u2026"},
     {1.8, U"\u2014"},
 }};

@@ -17,10 +17,13 @@
 // result depends on their timing.
 namespace quillomar {
 
+// The grey of edges that are half ink. They count as paper, but show a reader what the ink means.
+inline constexpr std::uint8_t kSoftEdge = 128;
+
 // The text of one subpicture.
 struct EnginePicture {
-  // Rows of `width` bytes: 0 is ink, 255 is paper. A white margin stands at the right, so that the
-  // last glyph has room behind it; boxes never reach into it.
+  // Rows of `width` bytes: 0 is ink, kSoftEdge the soft edge of ink, 255 is paper. A white margin
+  // stands at the right, so that the last glyph has room behind it; boxes never reach into it.
   std::vector<std::uint8_t> grey;
   int width = 0;
   int height = 0;

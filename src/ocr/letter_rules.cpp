@@ -11,12 +11,17 @@ namespace quillomar {
 namespace {
 
 constexpr std::u32string_view kSameShape = U"cosuvwxz";
+constexpr std::u32string_view kCapitalsOfDescenders = U"YPG";
+constexpr double kDescender = 0.2;  // x-heights below the baseline
 constexpr std::u32string_view kBarTexts = U"Il1|";
 constexpr std::u32string_view kVowels =
     U"aeiouyh\u00e0\u00e1\u00e2\u00e4\u00e8\u00e9\u00ea\u00eb\u00ec\u00ed\u00ee\u00ef\u00f2\u00f3"
     U"\u00f4\u00f6\u00f9\u00fa\u00fb\u00fc\u0153\u00e6";
-constexpr double kBarWidth = 0.45;  // x-heights
-constexpr double kBarFill = 0.8;
+constexpr double kBarWidth = 0.5;  // x-heights
+// A bar is as thick everywhere, but for so many columns in a row and but for a share of the rows.
+constexpr int kBarRoughness = 1;
+constexpr double kBarRows = 0.9;
+constexpr int kBarLean = 2;  // columns that straightening may leave
 // Rises that only capitals and only small letters have, x-heights.
 constexpr double kCapitalRise = 1.2;
 constexpr double kSmallRise = 1.12;
@@ -39,6 +44,7 @@ char32_t FixMark(char32_t ch, const GlyphPlace& place) {
 }
 
 char32_t FixCase(char32_t ch, const GlyphPlace& place) {
+  if (In(ch, kCapitalsOfDescenders) && place.drop > kDescender) return ToLower(ch);
   if (!In(ToLower(ch), kSameShape)) return ch == U'0' && place.rise < kSmallRise ? U'o' : ch;
   if (place.rise > kCapitalRise) return ToUpper(ch);
   return place.rise < kSmallRise ? ToLower(ch) : ch;
@@ -138,9 +144,19 @@ bool IsBarText(const std::u32string& text) {
 
 bool IsBar(const Glyph& glyph, const LineMetrics& metrics) {
   const GlyphPlace place = PlaceOf(glyph.box, metrics);
-  return glyph.components.size() == 1 && place.IsTall() && place.drop < 0.2 &&
-         place.width < kBarWidth &&
-         glyph.pixels >= kBarFill * glyph.box.Width() * glyph.box.Height();
+  if (glyph.components.size() != 1 || !place.IsTall() || place.drop > 0.2 ||
+      place.width > kBarWidth) {
+    return false;
+  }
+  std::vector<int> lengths;
+  for (const InkRun& run : glyph.components.front().runs) lengths.push_back(run.Length());
+  const int thickness = ValueAtShare(lengths, 0.5);
+  const auto even = std::count_if(lengths.begin(), lengths.end(), [thickness](int length) {
+    return std::abs(length - thickness) <= kBarRoughness;
+  });
+  return static_cast<int>(lengths.size()) == glyph.box.Height() &&
+         static_cast<double>(even) >= kBarRows * static_cast<double>(lengths.size()) &&
+         glyph.box.Width() <= thickness + kBarLean;
 }
 
 void FixByShape(GlyphText& text, const Glyph& glyph, const LineMetrics& metrics) {

@@ -1,8 +1,10 @@
 #include "ocr/line_reader.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "base/utf8.h"
+#include "ocr/accents.h"
 #include "ocr/alignment.h"
 #include "ocr/glyph_cutter.h"
 #include "ocr/letter_rules.h"
@@ -17,6 +19,8 @@ constexpr char32_t kNoteSign = U'\u266A';  // until the result is written
 // When known patterns are enough to read a line.
 constexpr int kWellKnown = 3;  // votes
 constexpr double kWellKnownShare = 0.9;
+// The share from which on it guides the laying of readings.
+constexpr double kKnownShare = 0.75;
 // Shares of the votes that overrule what was read.
 constexpr double kMajority = 0.6, kFewVotesMajority = 0.66, kBarMajority = 0.85,
                  kUnreadMajority = 0.4;
@@ -27,6 +31,9 @@ constexpr double kDoubtfulConfidence = 0.7;
 constexpr double kDoubtfulShare = 0.7;
 // Glyphs further apart than this are never one; x-heights.
 constexpr double kJoinGap = 0.35;
+// A gap between dots that is wider than others by this parts words.
+constexpr double kWiderThanDots = 1.4;
+constexpr double kCloseGap = 0.25;
 
 bool HasNeighbour(const LineText& line, std::size_t glyph) {
   const bool before = glyph > 0 && !line.texts[glyph].startsWord;
@@ -41,6 +48,19 @@ void FindNotes(LineText& line) {
     if (text.fixed || HasNeighbour(line, i)) continue;
     if (LooksLikeMusicNote(line.line.glyphs[i], line.line)) text.text = kNoteSign;
   }
+}
+
+bool IsDotPair(const LineText& line, std::size_t glyph) {
+  return line.texts[glyph - 1].text == U"." && line.texts[glyph].text == U".";
+}
+
+// Between the dots of an ellipsis; they stand further apart than letters do.
+int LeastDotGap(const LineText& line) {
+  int least = std::numeric_limits<int>::max() / 2;
+  for (std::size_t i = 1; i < line.texts.size(); ++i) {
+    if (IsDotPair(line, i)) least = std::min(least, line.GapBefore(i));
+  }
+  return least;
 }
 
 double Required(const std::u32string& own, const std::u32string& best, int votes) {
@@ -122,8 +142,8 @@ bool LineReader::ReadFromPatterns(LineText& line, const std::string& language) c
       attempt.texts[i].startsWord = true;
     } else if (spaceWidth_ == 0) {
       const auto parts = knowledge_.spaces.JudgeAlone(attempt.RelativeGapBefore(i));
-      if (!parts) return false;
-      attempt.texts[i].startsWord = *parts;
+      if (!parts && !IsDotPair(attempt, i)) return false;
+      attempt.texts[i].startsWord = parts.value_or(false);
     }
     attempt.texts[i].confidence = 1;
   }
@@ -138,18 +158,57 @@ bool LineReader::ReadFromPatterns(LineText& line, const std::string& language) c
 
 void LineReader::Recognise(LineText& line, const EnginePicture& picture, LineRecogniser& recogniser,
                            const std::string& language) const {
-  const std::vector<Reading> readings = recogniser.Read(DrawLine(picture, line.line));
-  const std::vector<Match> matches = AlignReadings(readings, line.line, knowledge_.widths);
-  line.texts.clear();
-  line.joined.clear();
-  for (std::size_t i = 0; i < matches.size(); ++i) {
-    JoinGlyphs(line, i, matches[i].glyphs);
-    line.texts.push_back(TextOf(matches[i], readings));
-    FixByShape(line.texts.back(), line.line.glyphs[i], line.line.metrics);
-  }
+  line.readings = recogniser.Read(DrawLine(picture, line.line));
+  line.glyphsAsFound = line.line.glyphs;
   line.recognised = true;
+  LayReadings(line, language);
   FindNotes(line);
   FixBars(line, language);
+}
+
+void LineReader::LayReadings(LineText& line, const std::string& language) const {
+  line.line.glyphs = line.glyphsAsFound;
+  line.texts.clear();
+  line.joined.clear();
+  std::vector<std::u32string> known;
+  for (const Glyph& glyph : line.line.glyphs) known.push_back(KnownText(glyph, line.line.metrics));
+  const std::vector<Match> matches =
+      AlignReadings(line.readings, line.line.glyphs, line.line.metrics, knowledge_.widths, known);
+  for (std::size_t i = 0; i < matches.size(); ++i) {
+    JoinGlyphs(line, i, matches[i].glyphs);
+    line.texts.push_back(TextOf(matches[i], line.readings));
+    FixByShape(line.texts.back(), line.line.glyphs[i], line.line.metrics);
+    if (language != "en") FixAccent(line.texts.back(), line.line.glyphs[i], line.line);
+  }
+}
+
+void LineReader::FixAccent(GlyphText& text, const Glyph& glyph, const GlyphLine& line) const {
+  if (text.text.size() != 1) return;
+  const MarksAbove marks = FindMarksAbove(glyph, line.metrics.baseline, line.slant);
+  if (marks.count < 1 || marks.count > 2) return;
+  AccentedLetter letter = Decompose(text.text[0]);
+  const bool dotted = letter.base == U'i' || letter.base == U'j';
+  if (marks.count == 1 && (dotted || letter.accent != Accent::kNone) &&
+      letter.accent != Accent::kDiaeresis)
+    return;
+  if (marks.count == 2 && letter.accent == Accent::kDiaeresis) return;
+  const Accent seen = marks.count == 2 ? Accent::kDiaeresis : marks.shape;
+  if (Compose({letter.base, Accent::kAcute}) == 0 &&
+      ShapeOf(letter.base).place != CharacterShape::Place::kLetter)
+    return;
+  // Digits and capitals are what accented letters are taken for.
+  const std::u32string bare = KnownText(WithoutMarks(glyph), line.metrics);
+  if (bare.size() == 1) letter.base = bare[0];
+  const char32_t fixed = seen == Accent::kNone ? 0 : Compose({letter.base, seen});
+  if (fixed != 0) text.text = fixed;
+}
+
+std::u32string LineReader::KnownText(const Glyph& glyph, const LineMetrics& metrics) const {
+  const auto id = knowledge_.patterns.Find(PatternOf(glyph, metrics));
+  if (!id) return {};
+  const Votes& votes = knowledge_.patterns.VotesOf(*id);
+  return votes.Count() >= kWellKnown && votes.Share() >= kKnownShare ? votes.Best()
+                                                                     : std::u32string();
 }
 
 void LineReader::TakeKnown(LineText& line, std::size_t glyph) const {
@@ -178,20 +237,26 @@ void LineReader::TakeKnown(LineText& line, std::size_t glyph) const {
 void LineReader::PartWords(LineText& line) const {
   if (line.texts.empty()) return;
   line.texts[0].startsWord = true;
+  const int dots = LeastDotGap(line);
   for (std::size_t i = 1; i < line.texts.size(); ++i) {
     if (spaceWidth_ > 0) {
       line.texts[i].startsWord = line.GapBefore(i) >= spaceWidth_;
       continue;
     }
-    const bool besideOne = line.texts[i].text == U"1" || line.texts[i - 1].text == U"1";
+    if (IsDotPair(line, i)) {
+      line.texts[i].startsWord = line.GapBefore(i) > kWiderThanDots * dots + 1;
+      continue;
+    }
+    const bool hasRoom = line.texts[i].text == U"1" || line.texts[i - 1].text == U"1";
     const auto parts = knowledge_.spaces.Judge(line.RelativeGapBefore(i),
-                                               1.0 / line.line.metrics.xHeight, besideOne);
+                                               1.0 / line.line.metrics.xHeight, hasRoom);
     if (parts) line.texts[i].startsWord = *parts;
   }
 }
 
 void LineReader::Settle(LineText& line, const std::string& language) const {
   if (line.recognised) {
+    LayReadings(line, language);
     for (std::size_t i = 0; i < line.texts.size(); ++i) TakeKnown(line, i);
     PartWords(line);
   }
@@ -226,6 +291,19 @@ void LineReader::Append(const LineText& line, EngineResult& result) const {
   result.lines.push_back({ToUtf8(plain), line.line.metrics.baseline, line.line.slant});
 }
 
+namespace {
+
+// Whether ink close by was not read: then this may be part of a letter only.
+bool IsBrokenOff(const LineText& line, std::size_t glyph) {
+  const auto close = [&line](std::size_t i) { return line.RelativeGapBefore(i) < kCloseGap; };
+  const bool before = glyph > 0 && line.texts[glyph - 1].text.empty() && close(glyph);
+  const std::size_t next = glyph + 1;
+  const bool after = next < line.texts.size() && line.texts[next].text.empty() && close(next);
+  return before || after;
+}
+
+}  // namespace
+
 void LearnText(const LineText& line, DiscKnowledge& knowledge) {
   for (const auto& [left, right] : line.joined) {
     const std::size_t first = knowledge.patterns.FindOrAdd(left);
@@ -240,7 +318,7 @@ void LearnText(const LineText& line, DiscKnowledge& knowledge) {
     if (previous && gap < kJoinGap) knowledge.joins.Learn({*previous, id}, false);
     if (i > 0 && !text.text.empty()) knowledge.spaces.Learn(gap, text.startsWord);
     previous = id;
-    if (text.text.empty()) continue;
+    if (text.text.empty() || IsBrokenOff(line, i)) continue;
     knowledge.patterns.Vote(id, text.text, kLeastWeight + text.confidence);
     if (text.text.size() == 1) {
       knowledge.widths.Add(text.text[0],

@@ -39,6 +39,10 @@ class LineReader {
   void Append(const LineText& line, EngineResult& result) const;
 
  private:
+  void LayReadings(LineText& line, const std::string& language) const;
+  void FixAccent(GlyphText& text, const Glyph& glyph, const GlyphLine& line) const;
+  // What a glyph surely is; empty when that is not known.
+  [[nodiscard]] std::u32string KnownText(const Glyph& glyph, const LineMetrics& metrics) const;
   void TakeKnown(LineText& line, std::size_t glyph) const;
   void PartWords(LineText& line) const;
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "ocr/line_recogniser.h"
 #include "ocr/pattern_store.h"
 
 namespace quillomar {
@@ -23,6 +24,9 @@ struct LineText {
   GlyphLine line;
   std::vector<GlyphText> texts;  // one for each glyph
   bool recognised = false;       // by the recogniser, not from known patterns
+  // What the recogniser read, and the glyphs it was laid onto.
+  std::vector<Reading> readings;
+  std::vector<Glyph> glyphsAsFound;
   // Neighbours that became one glyph, because one character was read of both.
   std::vector<std::pair<GlyphPattern, GlyphPattern>> joined;
 

@@ -8,7 +8,7 @@
 namespace quillomar {
 namespace {
 
-constexpr double kLeastHeight = 1.15;  // x-heights
+constexpr double kLeastHeight = 0.85;  // x-heights
 constexpr int kLeastWidth = 4;         // columns
 // Shares of the height: the stem is looked at between the first two, the flag ends above the third,
 // the head fills what is below it.
@@ -55,17 +55,19 @@ class NoteShape {
     stem_ = {0, ValueAtShare(starts, 0.5), ValueAtShare(starts, 0.5) + width - 1};
     return width <= AtLeastTwo(kThinStem);
   }
+  // The flag may reach down beside the head.
   [[nodiscard]] bool HasHead() const {
     PixelBox head;
-    int pixels = 0;
+    int pixels = 0, widest = 0;
     for (int row = RowAt(kHeadTop); row < box_.Height(); ++row) {
-      for (const InkRun& run : Row(row)) {
-        head.Join({run.first, run.last, run.row, run.row});
-        pixels += run.Length();
-      }
+      if (Row(row).empty()) return false;
+      const InkRun& run = Row(row).front();
+      head.Join({run.first, run.last, run.row, run.row});
+      pixels += run.Length();
+      widest = std::max(widest, run.Length());
     }
-    return stem_.first - head.x0 >= AtLeastTwo(kHeadReach) && head.x1 <= stem_.last + kStemDrift &&
-           pixels >= kHeadFill * head.Width() * head.Height();
+    return widest >= 2 * stem_.Length() && stem_.first - head.x0 >= AtLeastTwo(kHeadReach) &&
+           head.x1 <= stem_.last + kStemDrift && pixels >= kHeadFill * head.Width() * head.Height();
   }
   [[nodiscard]] bool HasFlag() const {
     int reach = 0;

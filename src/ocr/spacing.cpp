@@ -8,7 +8,7 @@ namespace {
 constexpr std::size_t kFewGaps = 25;
 constexpr int kFewSpaces = 4;
 // Gaps that tell on their own, as shares of the threshold.
-constexpr double kSurelyNone = 0.8, kSurelySpace = 1.2, kSurelyBesideOne = 1.9;
+constexpr double kSurelyNone = 0.8, kSurelySpace = 1.2, kSurelyWithRoom = 1.9;
 constexpr double kUnsureAlone = 0.1;
 
 }  // namespace
@@ -36,11 +36,11 @@ void SpaceModel::Settle() {
   }
 }
 
-std::optional<bool> SpaceModel::Judge(double gap, double pixel, bool besideOne) const {
+std::optional<bool> SpaceModel::Judge(double gap, double pixel, bool hasRoom) const {
   if (!threshold_) return {};
   if (gap < kSurelyNone * *threshold_ - pixel / 2) return false;
   const double most =
-      besideOne ? kSurelyBesideOne * *threshold_ + pixel : kSurelySpace * *threshold_ + pixel / 2;
+      hasRoom ? kSurelyWithRoom * *threshold_ + pixel : kSurelySpace * *threshold_ + pixel / 2;
   if (gap > most) return true;
   return {};
 }

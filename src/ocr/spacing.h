@@ -12,9 +12,9 @@ class SpaceModel {
   // Finds the threshold of least error; to be called after learning.
   void Settle();
   // Whether a gap parts words as far as its width tells; nothing when that is too near to the
-  // threshold or the threshold is not known. `besideOne`: the digit 1 stands next to it, which
-  // has room of its own.
-  [[nodiscard]] std::optional<bool> Judge(double gap, double pixel, bool besideOne) const;
+  // threshold or the threshold is not known. `hasRoom`: one of its neighbours keeps the others
+  // at a distance.
+  [[nodiscard]] std::optional<bool> Judge(double gap, double pixel, bool hasRoom) const;
   // As Judge, for lines that no recogniser reads: unsure only close to the threshold.
   [[nodiscard]] std::optional<bool> JudgeAlone(double gap) const;
 
