@@ -5,6 +5,9 @@ CliOutcome Cli(std::vector<std::string> arguments, const std::vector<std::string
   arguments.insert(arguments.end(), files.begin(), files.end());
   const auto disk = MakeDiskFileSystem();
   Session session(*disk, std::make_unique<DirectTransactionSource>());
+  session.makeOcrEngine = [&session] {
+    return MakeOcrEngine(session.files, session.reporter, "");
+  };
   std::istringstream in;
   std::ostringstream out;
   std::ostringstream err;
