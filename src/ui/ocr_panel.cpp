@@ -55,7 +55,6 @@ OcrPanel::OcrPanel(Editor& editor, PictureView& picture, QWidget* parent)
   NameControl(*text_, "ocrText", "Recognized text", {});
   text_->setReadOnly(true);
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  text_->setPlaceholderText("Ctrl+T reads the text of this subpic");
   text_->setMinimumHeight(kShownLines * text_->fontMetrics().lineSpacing() +
                           2 * text_->frameWidth() +
                           static_cast<int>(2 * text_->document()->documentMargin()));
@@ -143,6 +142,7 @@ void OcrPanel::ShowText(const TextView& text) {
     text_->setPlainText(shown);
     TakeSelection();
   }
+  text_->setPlaceholderText(text.read ? "No text" : "Ctrl+T reads the text of this subpic");
   MarkText(text);
 }
 
