@@ -70,6 +70,17 @@ int XHeightIn(const std::vector<int>& counts) {
   return static_cast<int>(fullest * kUsualXShare);
 }
 
+// Whether enough letters, small and tall, show that x-height.
+bool IsWellShown(const std::vector<int>& counts, int xHeight) {
+  constexpr int kLeastSmall = 8;
+  constexpr int kLeastTall = 4;
+  const int top = static_cast<int>(counts.size()) - 1;
+  const int tall = Fullest(counts, std::min(static_cast<int>(xHeight / kMostXShare), top),
+                           std::min(static_cast<int>(xHeight / kLeastXShare), top));
+  return CountNear(counts, xHeight) >= kLeastSmall && CountNear(counts, tall) >= kLeastTall &&
+         tall > xHeight + 1;
+}
+
 void Count(std::vector<int>& counts, int value) {
   if (value < 1) return;
   counts.resize(std::max(counts.size(), static_cast<std::size_t>(value) + 1));
@@ -188,7 +199,9 @@ int HeightStatistics::XHeightOf(const InkLine& line, int baseline) const {
   const int own = XHeightIn(counts);
   const int common = XHeightIn(counts_);
   if (common == 0) return std::max(own, 1);
-  const bool other = own > 0 && (own > kOtherSize * common || common > kOtherSize * own);
+  const bool farOff = own > 0 && (own > kOtherSize * common || common > kOtherSize * own);
+  // A disc may hold type of several sizes.
+  const bool other = farOff || (std::abs(own - common) > 1 && IsWellShown(counts, own));
   return std::max(other ? own : common, 1);
 }
 
