@@ -27,17 +27,33 @@ struct Truth {
   std::string text;           // lines that each end in a line break
 };
 
+// Seconds at which each program chain of a disc begins.
+std::map<int, double> ChainStarts(const std::string& text) {
+  const std::regex vob(R"re("pgc": (\d+), "frames": (\d+))re");
+  constexpr double kFrameSeconds = 1001.0 / 30000;
+  std::map<int, double> starts;
+  double end = 0;
+  for (std::sregex_iterator match(text.begin(), text.end(), vob), none; match != none; ++match) {
+    starts.try_emplace(std::stoi((*match)[1]), end);
+    end += std::stod((*match)[2]) * kFrameSeconds;
+  }
+  return starts;
+}
+
 std::vector<Truth> ReadTruth(const std::string& path) {
   const Bytes bytes = test::FileBytes(path);
   const std::string text(bytes.begin(), bytes.end());
+  auto starts = ChainStarts(text);
   const std::regex subtitle(
-      R"re("start": ([\d.]+), "end": ([\d.]+|null), .*"lines": \[(("([^"\\]|\\.)*"(, )?)+)\])re");
+      R"re("pgc": (\d+), .*"start": ([\d.]+), "end": ([\d.]+|null), .*"lines": \[(("([^"\\]|\\.)*"(, )?)+)\])re");
   const std::regex line(R"re("(([^"\\]|\\.)*)")re");
   std::vector<Truth> all;
   for (std::sregex_iterator match(text.begin(), text.end(), subtitle), end; match != end; ++match) {
-    const std::string last = (*match)[2];
-    Truth truth{std::stod((*match)[1]), last == "null" ? kNoEnd : std::stod(last), ""};
-    const std::string lines = (*match)[3];
+    const double chain = starts[std::stoi((*match)[1])];
+    const std::string last = (*match)[3];
+    Truth truth{chain + std::stod((*match)[2]), last == "null" ? kNoEnd : chain + std::stod(last),
+                ""};
+    const std::string lines = (*match)[4];
     for (std::sregex_iterator each(lines.begin(), lines.end(), line); each != end; ++each) {
       truth.text += std::regex_replace((*each)[1].str(), std::regex(R"(\\(.))"), "$1") + "\n";
     }
