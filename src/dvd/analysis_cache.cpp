@@ -48,6 +48,8 @@ class CacheReader {
     const auto end = rest_.find('"', 1);
     if (end == std::string_view::npos || end == 1) return std::nullopt;
     std::string path(rest_.substr(1, end - 1));
+    // To the system the path would end there.
+    if (path.find('\0') != std::string::npos) return std::nullopt;
     rest_.remove_prefix(end + 1);
     if (!Number<int>()) return std::nullopt;
     return path;

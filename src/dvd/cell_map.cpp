@@ -11,6 +11,7 @@ namespace {
 // Far more than a disc has. A damaged IFO can claim billions, all reading the same bytes.
 constexpr int kMaxSteps = 16384;
 constexpr std::size_t kMaxCells = 16384;
+constexpr int kMaxCellVisits = 65536;
 
 struct ChainStreams {
   std::array<SubpictureStreamInfo, kSubpictureStreams> subpictures;
@@ -38,11 +39,12 @@ class CellWalk {
     const auto chain = clut ? ifo_.ProgramChain(languageUnit, number) : std::nullopt;
     if (!chain) return;
     map_.cluts.push_back({*clut, *clut, languageUnit, number});
-    const ChainStreams streams = StreamsOf(languageUnit, number);
+    std::optional<ChainStreams> streams;
     for (int cell = 1; cell <= ifo_.Cells(*chain); ++cell) {
       const auto position = ifo_.CellPosition(*chain, cell);
-      if (!position) break;
-      TakeCell(*position, streams);
+      if (!position || ++visits_ > kMaxCellVisits) break;
+      if (!streams) streams = StreamsOf(languageUnit, number);
+      TakeCell(*position, *streams);
     }
   }
 
@@ -76,6 +78,7 @@ class CellWalk {
   IfoFile& ifo_;
   CellMap& map_;
   int steps_ = 0;
+  int visits_ = 0;
 };
 
 }  // namespace

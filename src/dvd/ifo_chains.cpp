@@ -75,8 +75,12 @@ std::optional<std::size_t> IfoFile::CellEntry(std::size_t programChain, int cell
 std::optional<YCrCbClut> IfoFile::Clut(int languageUnit, int number) {
   const auto chain = ProgramChain(languageUnit, number);
   if (!chain) return std::nullopt;
+  return ColoursAt(*chain);
+}
+
+YCrCbClut IfoFile::ColoursAt(std::size_t chain) const {
   YCrCbClut clut;
-  std::size_t entry = *chain + kPgcClutOffset;
+  std::size_t entry = chain + kPgcClutOffset;
   for (YCrCb& colour : clut) {
     colour = {image_[entry + 1], image_[entry + 2], image_[entry + 3]};
     entry += kClutEntrySize;
@@ -84,17 +88,25 @@ std::optional<YCrCbClut> IfoFile::Clut(int languageUnit, int number) {
   return clut;
 }
 
-Result IfoFile::SetClut(int languageUnit, int number, const YCrCbClut& clut) {
-  const auto chain = ProgramChain(languageUnit, number);
-  if (!chain) return Result::kFailed;
-  std::size_t entry = *chain + kPgcClutOffset;
+void IfoFile::PutColours(std::size_t chain, const YCrCbClut& clut) {
+  std::size_t entry = chain + kPgcClutOffset;
   for (const YCrCb& colour : clut) {
     image_[entry + 1] = colour.y;
     image_[entry + 2] = colour.cr;
     image_[entry + 3] = colour.cb;
     entry += kClutEntrySize;
   }
-  return Result::kDone;
+}
+
+Result IfoFile::SetClut(int languageUnit, int number, const YCrCbClut& clut) {
+  const auto chain = ProgramChain(languageUnit, number);
+  if (!chain) return Result::kFailed;
+  const YCrCbClut before = ColoursAt(*chain);
+  PutColours(*chain, clut);
+  // In a damaged file they can lie over the pointers that lead to them.
+  if (ProgramChain(languageUnit, number) == chain) return Result::kDone;
+  PutColours(*chain, before);
+  return Result::kFailed;
 }
 
 }  // namespace quillomar

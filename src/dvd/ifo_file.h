@@ -110,7 +110,8 @@ class IfoFile {
   [[nodiscard]] std::optional<std::size_t> CellPosition(std::size_t programChain, int cell);
 
   [[nodiscard]] std::optional<YCrCbClut> Clut(int languageUnit, int number);
-  // Overwrites the entries that differ; the reserved bytes stay.
+  // Overwrites the entries that differ; the reserved bytes stay. Fails, changing nothing, where the
+  // chain would not be found afterwards.
   Result SetClut(int languageUnit, int number, const YCrCbClut& clut);
 
   // `subStreamId` is 0x20 to 0x3F.
@@ -143,6 +144,8 @@ class IfoFile {
   // Table of search pointers to the program chains of a unit.
   [[nodiscard]] std::optional<std::size_t> ChainTable(int languageUnit);
   [[nodiscard]] int SearchCount(std::size_t table);
+  [[nodiscard]] YCrCbClut ColoursAt(std::size_t chain) const;
+  void PutColours(std::size_t chain, const YCrCbClut& clut);
   [[nodiscard]] std::optional<std::size_t> SearchTarget(std::size_t table, int number);
   [[nodiscard]] std::optional<std::size_t> CellEntry(std::size_t programChain, int cell,
                                                      std::size_t tableField, std::size_t entrySize);

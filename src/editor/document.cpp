@@ -159,13 +159,14 @@ void Document::MarkClutsSaved() {
 
 Result Document::SaveCluts(WriteTransaction& transaction) {
   bool any = false;
+  Result result = Result::kDone;
   for (const ClutRecord& clut : cells_.cluts) {
     if (!clut.Modified()) continue;
     any = true;
-    if (Failed(ifo_.SetClut(clut.languageUnit, clut.pgc, clut.entries))) return Result::kFailed;
+    if (Failed(ifo_.SetClut(clut.languageUnit, clut.pgc, clut.entries))) result = Result::kFailed;
   }
   if (!any) return Result::kDone;
-  const Result result = ifo_.Write(transaction);
+  if (!Failed(result)) result = ifo_.Write(transaction);
   if (Failed(result)) {
     session_.reporter.ReportError(
         Format("Couldn't write the colors to %s or its backup", ifo_.Path().c_str()));

@@ -14,9 +14,8 @@ constexpr double kCommonColumns = 0.5;
 // ... but not when they stand side by side: more rows and fewer columns in common than these.
 constexpr double kSideRows = 0.5;
 constexpr double kSideColumns = 0.8;
-// A mark is lower than this, in x-heights; marks of two glyphs are further apart than kMarkGap.
+// A mark is lower than this, in x-heights.
 constexpr double kMark = 0.5;
-constexpr double kMarkGap = 0.5;
 // Two strokes of a quotation mark, in x-heights.
 constexpr double kQuoteHeight = 0.75;
 constexpr double kQuoteGap = 0.42;

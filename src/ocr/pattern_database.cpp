@@ -98,7 +98,7 @@ std::optional<GlyphPattern> ParsePatternImage(ByteSpan bytes) {
   pattern.bits.resize(static_cast<std::size_t>(pattern.wordsInRow * *height));
   for (int y = 0; y < *height; ++y) {
     for (int x = 0; x < *width; ++x) {
-      if ((rows[static_cast<std::size_t>(y * rowBytes + x / 8)] >> (7U - x % 8U) & 1U) != 0)
+      if ((rows[static_cast<std::size_t>(y * rowBytes + x / 8)] >> (7 - x % 8) & 1) != 0)
         pattern.Set(x, y);
     }
   }
