@@ -4,6 +4,7 @@
 #include "app/program.h"
 #include "base/platform.h"
 #include "ui/program_icon.h"
+#include "ui/qt_audio_output.h"
 
 namespace {
 
@@ -27,7 +28,8 @@ int main(int argc, char** argv) {
 
   const auto files = MakeDiskFileSystem();
   QtDialogs dialogs;
-  Program program(*files, dialogs, ProgramPlace::OfProcess(firstArgument));
+  QtAudioOutput sound;
+  Program program(*files, dialogs, ProgramPlace::OfProcess(firstArgument), &sound);
   dialogs.SetParent(&program.Window());
   program.Start(ParseCommandLine(Arguments()));
   return QApplication::exec();

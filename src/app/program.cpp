@@ -8,9 +8,9 @@
 
 namespace quillomar {
 
-Program::Program(FileSystem& files, Dialogs& dialogs, const ProgramPlace& place)
+Program::Program(FileSystem& files, Dialogs& dialogs, const ProgramPlace& place, AudioOutput* sound)
     : session_(files, std::make_unique<DirectTransactionSource>()),
-      frontEnd_(dialogs),
+      frontEnd_(dialogs, sound),
       editor_(session_, frontEnd_, runner_),
       window_(editor_, frontEnd_),
       mainRect_(window_),

@@ -17,8 +17,9 @@ namespace quillomar {
 // The program with its window, from start to end. Needs a QApplication and a prepared environment.
 class Program {
  public:
-  // `place` says where the settings file is.
-  Program(FileSystem& files, Dialogs& dialogs, const ProgramPlace& place);
+  // `place` says where the settings file is. Sound goes to `sound`, which may be null.
+  Program(FileSystem& files, Dialogs& dialogs, const ProgramPlace& place,
+          AudioOutput* sound = nullptr);
   // Stops a job that still runs.
   ~Program();
   Program(const Program&) = delete;

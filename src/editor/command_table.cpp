@@ -79,9 +79,10 @@ constexpr auto kCommands = std::to_array<Command>({
     {kPreviousButton, "previousButton", Menu::kNone, "Show the previous menu button", "Ctrl+P", kIdleWithUnit, &Editor::PreviousButton},
     {kNextButton, "nextButton", Menu::kNone, "Show the next menu button", "Ctrl+N", kIdleWithUnit, &Editor::NextButton},
     {kSwitchHighlight, "switchHighlight", Menu::kNone, "Show menu buttons selected or activated", "Ctrl+Q", kIdleWithUnit, &Editor::SwitchHighlight},
-    {kPlay, "play", Menu::kNone, "Start or stop playback", "Space", kIdleWithUnit, kNotBuilt, false, kNotInText},
-    {kPreviousAudio, "previousAudio", Menu::kNone, "Select the previous audio stream for playback", "Ctrl+Shift+M", kIdleWithSet, kNotBuilt},
-    {kNextAudio, "nextAudio", Menu::kNone, "Select the next audio stream for playback", "Ctrl+M", kIdleWithSet, kNotBuilt},
+    {kPlay, "play", Menu::kNone, "Start or stop playback", "Space", kIdleWithVideo, &Editor::PlayOrStop, false, kNotInText},
+    {kPlayLoop, "playLoop", Menu::kNone, "Start or stop looped playback of the current subpic", "", kIdleWithVideo, &Editor::LoopOrStop},
+    {kPreviousAudio, "previousAudio", Menu::kNone, "Select the previous audio stream for playback", "Ctrl+Shift+M", kIdleWithVideo, &Editor::PreviousAudio},
+    {kNextAudio, "nextAudio", Menu::kNone, "Select the next audio stream for playback", "Ctrl+M", kIdleWithVideo, &Editor::NextAudio},
     {kEraseOcrText, "eraseOcrText", Menu::kNone, "Erase the selected text from the OCR output and the bitmap", "Del; Backspace; Ctrl+X", kIdleWithUnit, &Editor::EraseText, false, kOcrText},
     {kNextDoubtful, "nextDoubtful", Menu::kNone, "Go to the next doubtful or unknown character", "F4", kIdleWithUnit, &Editor::NextDoubtful},
 });

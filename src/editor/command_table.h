@@ -70,6 +70,7 @@ enum class CommandId {
   kNextButton,
   kSwitchHighlight,
   kPlay,
+  kPlayLoop,
   kPreviousAudio,
   kNextAudio,
   kEraseOcrText,
@@ -85,6 +86,7 @@ enum class Guard {
   kIdleWithFrame,  // no job runs and there is a picture of the video
   kIdleWithUndo,   // no job runs and an edit can be taken back
   kIdleWithRedo,   // or done again
+  kIdleWithVideo,  // no job runs and the files hold video
 };
 
 // Where a key is the command's. A box that takes free text keeps all keys that are pressed in it.

@@ -26,7 +26,8 @@ Editor::Editor(Session& session, FrontEnd& frontEnd, JobRunner& runner)
       recent_(session.files),
       ocr_(session, document_),
       video_(session.files, session.reporter, frontEnd.Video(),
-             {[this] { FrameChanged(); }, [] {}, [] {}}) {}
+             {[this] { FrameChanged(); }, [this] { FramePlayed(); }, [this] { PlaybackEnded(); }}) {
+}
 
 bool Editor::Enabled(const Command& command) const {
   if (command.handler == nullptr) return false;
@@ -45,6 +46,8 @@ bool Editor::Enabled(const Command& command) const {
       return !busy_ && document_.History().ToUndo() != nullptr;
     case Guard::kIdleWithRedo:
       return !busy_ && document_.History().ToRedo() != nullptr;
+    case Guard::kIdleWithVideo:
+      return !busy_ && video_.Available();
   }
   return false;
 }
@@ -58,6 +61,7 @@ void Editor::StartJob(Operation operation, const std::string& title, Work work, 
   if (busy_) return;
   busy_ = true;
   jobChangesUnits_ = !GrowsList(operation);
+  StopPlayback();
   if (jobChangesUnits_) {
     video_.StopAndForget();
   } else {
@@ -71,6 +75,7 @@ void Editor::StartJob(Operation operation, const std::string& title, Work work, 
   refused_ = 0;
   session_.job.operation = operation;
   session_.reporter.ClearStatusText();
+  FillVideo();
   frontEnd_.JobStarted(title);
   runner_.Run(std::move(work), [this, afterwards = std::move(afterwards)] {
     if (afterwards) afterwards();
@@ -127,7 +132,10 @@ void Editor::UpdateView() {
     selectedText_.reset();
   }
   document_.History().Close();
+  // The list of streams rests while video plays.
+  std::vector<std::string> streams = std::move(view_.streams);
   view_ = BuildView(document_, selection_, session_.preferences, look_);
+  if (video_.Playing()) view_.streams = std::move(streams);
   view_.canEdit = view_.hasUnit && !busy_;
   if (!busy_) view_.aspect = document_.Results().aspect;
   FillVideo();
@@ -135,7 +143,7 @@ void Editor::UpdateView() {
   view_.screenMode = CurrentScreenMode();
   frontEnd_.Refresh();
   WantFrame();
-  WarnIfOnly4x3();
+  if (!video_.Playing()) WarnIfOnly4x3();
 }
 
 void Editor::WarnIfOnly4x3() {

@@ -7,11 +7,13 @@
 #include <vector>
 
 #include "bitmap/type_colours.h"
+#include "editor/audio_choices.h"
 #include "editor/command_table.h"
 #include "editor/document.h"
 #include "editor/front_end.h"
 #include "editor/last_modifications.h"
 #include "editor/ocr_desk.h"
+#include "editor/playback_screen.h"
 #include "editor/recent_files.h"
 #include "editor/selection.h"
 #include "editor/session.h"
@@ -109,6 +111,8 @@ class Editor {
   void ShowEndFrame(bool on);
   // To the next (1) or the previous (-1) picture.
   void StepFrame(int direction);
+  // Index in the view's list of audio streams; while playing it is heard at once.
+  void ChooseAudio(int entry);
 
   // Whether units of the open files can be moved in time now; says why not.
   [[nodiscard]] bool MayRetime();
@@ -149,6 +153,10 @@ class Editor {
   void SaveBitmap();
   void SavePpm();
   void SaveVideoFrame();
+  void PlayOrStop();
+  void LoopOrStop();
+  void NextAudio();
+  void PreviousAudio();
   void ReplaceBitmap();
   void EditBitmap();
   void CropCurrent();
@@ -239,6 +247,19 @@ class Editor {
   void WantFrame();
   [[nodiscard]] std::optional<FrameRequest> FrameOfListed(int index);
   void FrameChanged();
+  void TogglePlayback(bool loop);
+  [[nodiscard]] PlayOptions PlayOptionsFromHere();
+  [[nodiscard]] PlayOptions LoopOptions();
+  [[nodiscard]] double PlaybackRate() const;
+  void LoadScreen();
+  void StopPlayback();
+  void PlaybackOver();
+  void PlaybackEnded();
+  [[nodiscard]] SubpicturePicture PlayedPicture(SubpictureUnit& unit, const UnitMoment& moment);
+  void FramePlayed();
+  void FollowPlayback();
+  void StepAudio(int direction);
+  void FillAudio();
   // The sequence that edits of the look go to; nothing: all.
   [[nodiscard]] std::optional<int> EditedSequence() const;
   void AddFiles(const std::vector<std::string>& paths);
@@ -266,6 +287,10 @@ class Editor {
   VideoControl video_;
   bool showsVideo_ = false;
   bool showsEndFrame_ = false;
+  PlaybackScreen screen_;
+  bool looping_ = false;
+  bool playedOut_ = false;  // the last playback went on to its end
+  int audioEntry_ = 0;
   bool busy_ = false;
   bool jobChangesUnits_ = false;  // the view must not look at units until the job has ended
   int ticks_ = 0;

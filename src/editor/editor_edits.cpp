@@ -21,7 +21,10 @@ constexpr std::array<const char*, kPixelTypes> kColourTitles = {
 
 void Editor::GoTo(int index) {
   if (jobChangesUnits_) return;
-  if (selection_.SetIndex(index)) UpdateView();
+  if (!selection_.SetIndex(index)) return;
+  StopPlayback();
+  playedOut_ = false;
+  UpdateView();
 }
 
 void Editor::GoPrevious() {
@@ -41,6 +44,7 @@ void Editor::ChooseStream(int entry) {
   if (entry < 0 || entry > document_.HighestStream() + 1) return;
   selection_.filter.stream = entry == 0 ? std::nullopt : std::optional<int>(entry - 1);
   RefillList();
+  if (video_.Playing()) LoadScreen();
 }
 
 void Editor::ChooseVcid(int entry) {

@@ -41,6 +41,7 @@ bool Editor::MayClose() {
 
 void Editor::CloseFiles() {
   video_.Close();
+  screen_.Load({});
   document_.Reset();
   selection_.Clear();
   last_ = {};

@@ -1,24 +1,15 @@
 // The video behind the subpictures.
 
-#include <algorithm>
-
 #include "base/format.h"
 #include "editor/editor.h"
 #include "editor/unit_frame.h"
+#include "editor/view_builder.h"
 
 namespace quillomar {
 namespace {
 
 // Places in the list beside the current one whose pictures are looked for ahead, likeliest first.
 constexpr std::array<int, 3> kNeighbours = {1, -1, 2};
-
-// The unit that follows in the same stream.
-UnitPointer NextInStream(const UnitList& units, const SubpictureUnit& unit) {
-  const auto next = std::find_if(units.begin(), units.end(), [&unit](const UnitPointer& other) {
-    return other->stream == unit.stream && other->numberInStream == unit.numberInStream + 1;
-  });
-  return next == units.end() ? nullptr : *next;
-}
 
 }  // namespace
 
@@ -39,6 +30,7 @@ void Editor::ShowEndFrame(bool on) {
 }
 
 void Editor::StepFrame(int direction) {
+  playedOut_ = false;
   if (showsVideo_) video_.Step(direction);
 }
 
@@ -47,6 +39,12 @@ void Editor::FillVideo() {
   view_.video.shown = showsVideo_;
   view_.video.atEnd = showsEndFrame_;
   view_.video.frame = video_.Frame();
+  view_.video.playing = video_.Playing();
+  view_.video.looping = video_.Playing() && looping_;
+  FillAudio();
+  if (!video_.Playing()) return;
+  screen_.Invalidate();
+  view_.picture = screen_.Picture();
 }
 
 void Editor::FrameChanged() {
@@ -62,7 +60,7 @@ std::optional<FrameRequest> Editor::FrameOfListed(int index) {
 }
 
 void Editor::WantFrame() {
-  if (!showsVideo_ || !video_.Available()) return;
+  if (!showsVideo_ || !video_.Available() || video_.Playing()) return;
   const auto request = FrameOfListed(selection_.Index());
   if (!request) return;
   std::vector<FrameRequest> neighbours;

@@ -73,6 +73,7 @@ void VideoControl::Step(int direction) {
 bool VideoControl::Play(const PlayOptions& options) {
   if (!open_ || Failed(Stop())) return false;
   BeginRequest();
+  wanted_.reset();
   playing_ = engine_->Play(options);
   return playing_;
 }

@@ -33,6 +33,8 @@ class VideoControl {
   void Keep(const FrameRequest& request) { wanted_ = request; }
   // What is wanted next is looked for even where it was asked for last.
   void Renew() { wanted_.reset(); }
+  // The picture shown is the one asked for last.
+  [[nodiscard]] bool Settled() const { return !finding_; }
   // To the neighbouring picture; ignored while something runs.
   void Step(int direction);
 

@@ -56,6 +56,10 @@ struct VideoView {
   bool shown = false;      // else the background colour stands in its place
   bool atEnd = false;      // the picture is the one nearest to the unit's end
   FramePointer frame;      // null without a picture
+  bool playing = false;
+  bool looping = false;
+  std::vector<std::string> audio;  // streams that may be heard
+  int audioEntry = 0;              // the one chosen
 };
 
 // Everything the window shows, as one snapshot that a running job never changes.

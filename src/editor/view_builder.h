@@ -16,6 +16,9 @@ namespace quillomar {
 // Program chain whose colours a unit has; null when it is unknown.
 [[nodiscard]] const ClutRecord* ClutOfUnit(const Document& document, const SubpictureUnit& unit);
 
+// The unit that follows in the same stream; null for the last one.
+[[nodiscard]] UnitPointer NextInStream(const UnitList& units, const SubpictureUnit& unit);
+
 [[nodiscard]] PlaceView BuildPlaceView(const SubpictureUnit& unit, const Preferences& preferences,
                                        VideoStandard standard);
 [[nodiscard]] TimeView BuildTimeView(const Document& document, const SubpictureUnit& unit);

@@ -12,12 +12,8 @@ namespace {
 
 // Start time of the unit that follows in the same stream.
 std::optional<std::uint32_t> NextPts(const Document& document, const SubpictureUnit& unit) {
-  const UnitList units = document.Units();
-  const auto next = std::find_if(units.begin(), units.end(), [&unit](const UnitPointer& other) {
-    return other->stream == unit.stream && other->numberInStream == unit.numberInStream + 1;
-  });
-  if (next == units.end()) return std::nullopt;
-  return (*next)->state.pts;
+  const UnitPointer next = NextInStream(document.Units(), unit);
+  return next ? std::optional(next->state.pts) : std::nullopt;
 }
 
 // Presets of the same height: the first in this order is shown.
@@ -41,6 +37,13 @@ bool HasStart(const SubpictureUnit& unit) {
 }
 
 }  // namespace
+
+UnitPointer NextInStream(const UnitList& units, const SubpictureUnit& unit) {
+  const auto next = std::find_if(units.begin(), units.end(), [&unit](const UnitPointer& other) {
+    return other->stream == unit.stream && other->numberInStream == unit.numberInStream + 1;
+  });
+  return next == units.end() ? nullptr : *next;
+}
 
 PlaceView BuildPlaceView(const SubpictureUnit& unit, const Preferences& preferences,
                          VideoStandard standard) {

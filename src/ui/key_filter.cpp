@@ -34,7 +34,7 @@ bool LeavesKey(KeyScope scope, KeptKeys kept) {
     case KeyScope::kWindow:
       return true;
     case KeyScope::kNotInText:
-      return kept == KeptKeys::kNone;
+      return kept == KeptKeys::kNone || kept == KeptKeys::kSteps;
     case KeyScope::kOcrText:
       return kept == KeptKeys::kText;
   }
@@ -80,8 +80,10 @@ std::optional<CommandId> KeyFilter::CommandOf(const QKeyEvent& event) const {
   const QKeySequence pressed(QKeyCombination(event.modifiers() & ~keypad, Qt::Key(event.key())));
   const auto found = commands_.constFind(pressed);
   if (found == commands_.constEnd()) return std::nullopt;
-  const KeyScope scope = FindCommandById(*found).scope;
-  if (!LeavesKey(scope, KeysKeptBy(QApplication::focusWidget()))) return std::nullopt;
+  const KeptKeys kept = KeysKeptBy(QApplication::focusWidget());
+  const bool isStep = *found == CommandId::kPrevious || *found == CommandId::kNext;
+  if (kept == KeptKeys::kSteps && isStep) return std::nullopt;
+  if (!LeavesKey(FindCommandById(*found).scope, kept)) return std::nullopt;
   return *found;
 }
 

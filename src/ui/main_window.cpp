@@ -215,6 +215,8 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
   timer_.setInterval(kTickInterval);
   connect(&timer_, &QTimer::timeout, this, &MainWindow::Tick);
   connect(&frontEnd, &QtFrontEnd::Changed, this, &MainWindow::Refresh);
+  connect(picture_, &PictureView::StepRequested, this,
+          [this](int direction) { editor_.StepFrame(direction); });
   connect(frontEnd.Video(), &QtVideoHost::Changed, this, &MainWindow::ShowVideo);
   connect(&frontEnd, &QtFrontEnd::JobBegan, this, &MainWindow::BeginJob);
   connect(&frontEnd, &QtFrontEnd::JobOver, this, &MainWindow::EndJob);
@@ -278,7 +280,7 @@ void MainWindow::ShowVideo() {
   const View& view = editor_.CurrentView();
   picture_->Show(view);
   video_->Show(view.video, editor_.Busy());
-  menus_->Update();
+  if (!view.video.playing) menus_->Update();
 }
 
 void MainWindow::ShowStatus() {

@@ -1,9 +1,12 @@
 #include "ui/picture_view.h"
 
+#include <QKeyEvent>
 #include <QPainter>
+#include <QStyleOptionFocusRect>
 #include <algorithm>
 
 #include "ui/control_names.h"
+#include "ui/kept_keys.h"
 #include "ui/picture_image.h"
 
 namespace quillomar {
@@ -26,6 +29,8 @@ QImage ToImage(const VideoFrame& frame) {
 PictureView::PictureView(QWidget* parent) : QWidget(parent) {
   setObjectName("pictureView");
   setAccessibleName("Picture");
+  setFocusPolicy(Qt::StrongFocus);
+  KeepKeys(*this, KeptKeys::kSteps);
   setMinimumSize(kSmallestHeight * 4 / 3, kSmallestHeight);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
@@ -33,7 +38,7 @@ PictureView::PictureView(QWidget* parent) : QWidget(parent) {
 void PictureView::Show(const View& view) {
   frame_ = QSize(kPictureWidth, FrameHeight(view.standard));
   screenMode_ = view.screenMode;
-  picture_ = view.hasUnit ? ToImage(view.picture) : QImage();
+  picture_ = ToImage(view.picture);
   border_ = view.hasUnit ? view.place.border : 0;
   ShowFrame(view.video);
   place_ = QPoint(view.picture.x, view.picture.y);
@@ -94,7 +99,30 @@ void PictureView::paintEvent(QPaintEvent* /*event*/) {
   painter.setRenderHint(QPainter::SmoothPixmapTransform, shownScale < kScaleOfCleanSquares);
   painter.setClipRect(target);
   PaintFrame(painter, target);
-  if (picture_.isNull()) return;
+  if (!picture_.isNull()) PaintPicture(painter, target);
+  if (hasFocus()) PaintFocus(painter);
+}
+
+void PictureView::PaintFocus(QPainter& painter) const {
+  QStyleOptionFocusRect option;
+  option.initFrom(this);
+  painter.setClipping(false);
+  style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+}
+
+void PictureView::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Left) {
+    emit StepRequested(-1);
+  } else if (event->key() == Qt::Key_Right) {
+    emit StepRequested(1);
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+void PictureView::PaintPicture(QPainter& painter, const QRectF& target) const {
+  const double scaleX = target.width() / frame_.width();
+  const double scaleY = target.height() / frame_.height();
   const QRectF area(target.x() + place_.x() * scaleX, target.y() + place_.y() * scaleY,
                     picture_.width() * scaleX, picture_.height() * scaleY);
   painter.drawImage(area, picture_);

@@ -24,12 +24,19 @@ class PictureView final : public QWidget {
   [[nodiscard]] QRectF FrameRect() const;
   [[nodiscard]] QSize sizeHint() const override;
 
+ signals:
+  // To the next (1) or the previous (-1) picture of the video.
+  void StepRequested(int direction);
+
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void ShowFrame(const VideoView& video);
   void PaintFrame(QPainter& painter, const QRectF& target) const;
+  void PaintPicture(QPainter& painter, const QRectF& target) const;
+  void PaintFocus(QPainter& painter) const;
 
   QSize frame_{kPictureWidth, 480};  // pixels, lines
   ScreenMode screenMode_ = ScreenMode::k4x3;

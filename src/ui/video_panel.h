@@ -5,7 +5,7 @@
 #include "editor/view.h"
 
 class QCheckBox;
-class QHBoxLayout;
+class QComboBox;
 class QToolButton;
 
 namespace quillomar {
@@ -23,9 +23,17 @@ class VideoPanel final : public QWidget {
   void Show(const VideoView& video, bool busy);
 
  private:
+  [[nodiscard]] QToolButton* MakeToggle(const QString& text);
+  void NameControls();
+  void ConnectControls();
+  void ShowAudio(const VideoView& video);
+
   Editor& editor_;
   QCheckBox* shown_;
   QToolButton* endFrame_;
+  QToolButton* play_;
+  QToolButton* loop_;
+  QComboBox* audio_;
 };
 
 }  // namespace quillomar
