@@ -10,7 +10,7 @@ namespace quillomar {
 class Editor;
 
 // The front end of a program without a window: chooses nothing, opens nothing, shows nothing.
-class CliFrontEnd final : public FrontEnd {
+class CliFrontEnd : public FrontEnd {
  public:
   std::vector<std::string> ChooseFiles(const FileRequest&) override { return {}; }
   std::optional<int> ChooseItem(const std::string&, const std::vector<std::string>&) override {

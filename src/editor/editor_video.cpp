@@ -32,6 +32,7 @@ void Editor::ShowEndFrame(bool on) {
 void Editor::StepFrame(int direction) {
   playedOut_ = false;
   if (showsVideo_) video_.Step(direction);
+  view_.video.settled = video_.Settled();
 }
 
 void Editor::FillVideo() {
@@ -39,6 +40,7 @@ void Editor::FillVideo() {
   view_.video.shown = showsVideo_;
   view_.video.atEnd = showsEndFrame_;
   view_.video.frame = video_.Frame();
+  view_.video.settled = video_.Settled();
   view_.video.playing = video_.Playing();
   view_.video.looping = video_.Playing() && looping_;
   FillAudio();
@@ -49,6 +51,7 @@ void Editor::FillVideo() {
 
 void Editor::FrameChanged() {
   view_.video.frame = video_.Frame();
+  view_.video.settled = true;
   if (VideoHost* const host = frontEnd_.Video()) host->VideoChanged();
 }
 
@@ -68,6 +71,7 @@ void Editor::WantFrame() {
     if (const auto other = FrameOfListed(selection_.Index() + step)) neighbours.push_back(*other);
   }
   video_.Want(*request, std::move(neighbours));
+  view_.video.settled = video_.Settled();
 }
 
 void Editor::SaveVideoFrame() {

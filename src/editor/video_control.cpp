@@ -67,7 +67,7 @@ void VideoControl::Want(const FrameRequest& request, std::vector<FrameRequest> n
 void VideoControl::Step(int direction) {
   if (!open_ || waiting_ || playing_ || engine_->Running()) return;
   BeginRequest();
-  (void)engine_->Step(direction);
+  finding_ = engine_->Step(direction);
 }
 
 bool VideoControl::Play(const PlayOptions& options) {

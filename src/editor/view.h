@@ -56,6 +56,7 @@ struct VideoView {
   bool shown = false;      // else the background colour stands in its place
   bool atEnd = false;      // the picture is the one nearest to the unit's end
   FramePointer frame;      // null without a picture
+  bool settled = true;     // it is the one asked for, which else is on its way
   bool playing = false;
   bool looping = false;
   std::vector<std::string> audio;  // streams that may be heard

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "base/platform.h"
+#include "cli/cli_front_end.h"
+#include "editor/editor.h"
+#include "video/fake_playback.h"
+
+namespace quillomar::test {
+
+// An editor that shows video, with a recorder for the sound and a clock that only playback moves.
+class PlayingEditor final : private VideoHost {
+ public:
+  explicit PlayingEditor(const std::vector<std::string>& paths) {
+    editor_.Context().reporter.InstallHooks({[this](const std::string& text) {
+                                               errors.push_back(text);
+                                               return 1;
+                                             },
+                                             [](const std::string&) { return true; },
+                                             [](const std::string&) { return true; }});
+    editor_.OpenFiles(paths, false);
+  }
+  ~PlayingEditor() override { editor_.CloseFiles(); }
+
+  Editor* operator->() { return &editor_; }
+  // Handles what the video has posted for as long as the condition holds, 60 s at most. `look` is
+  // called whenever the view has changed.
+  void RunWhile(const std::function<bool()>& condition, std::function<void()> look) {
+    look_ = std::move(look);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (condition() && std::chrono::steady_clock::now() < deadline) Pump();
+    look_ = nullptr;
+  }
+  // Until the picture asked for last has come.
+  void WaitForFrame() {
+    RunWhile([this] { return !editor_.CurrentView().video.settled; }, [] {});
+  }
+
+  FakeClock clock;
+  RecordingOutput sound{clock};
+  std::vector<std::string> errors;
+
+ private:
+  class Front final : public CliFrontEnd {
+   public:
+    explicit Front(VideoHost& host) : host_(host) {}
+    VideoHost* Video() override { return &host_; }
+
+   private:
+    VideoHost& host_;
+  };
+
+  void Post(std::function<void()> action) override {
+    const std::scoped_lock lock(mutex_);
+    posted_.push_back(std::move(action));
+  }
+  void Pump() override {
+    std::function<void()> action;
+    {
+      const std::scoped_lock lock(mutex_);
+      if (!posted_.empty()) {
+        action = std::move(posted_.front());
+        posted_.pop_front();
+      }
+    }
+    if (action) {
+      action();
+    } else {
+      std::this_thread::yield();
+    }
+  }
+  void VideoChanged() override {
+    if (look_) look_();
+  }
+  AudioOutput* Sound() override { return &sound; }
+  PlaybackClock* Clock() override { return &clock; }
+
+  std::mutex mutex_;
+  std::deque<std::function<void()>> posted_;
+  std::function<void()> look_;
+  std::unique_ptr<FileSystem> files_ = MakeDiskFileSystem();
+  Session session_{*files_, std::make_unique<DirectTransactionSource>()};
+  Front frontEnd_{*this};
+  InlineJobRunner runner_;
+  Editor editor_{session_, frontEnd_, runner_};
+};
+
+}  // namespace quillomar::test

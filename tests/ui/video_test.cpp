@@ -1,0 +1,97 @@
+// The video behind the subpictures, as the window shows it.
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QComboBox>
+#include <filesystem>
+
+#include "ui/picture_view.h"
+#include "ui/window_test.h"
+
+namespace quillomar::test {
+namespace {
+
+class VideoWindowTest : public WindowTest {
+ protected:
+  PictureView& Picture() { return Find<PictureView>("pictureView"); }
+  // Colour near the frame's upper right corner, which no subpicture reaches.
+  QColor Corner() {
+    return Picture().grab().toImage().pixelColor(
+        (Picture().FrameRect().topRight() + QPointF(-20, 15)).toPoint());
+  }
+  void WaitForFrame() {
+    WaitFor([this] { return Shown().video.settled && Shown().video.frame != nullptr; });
+  }
+};
+
+TEST_F(VideoWindowTest, TheFrameStandsBehindTheSubpictureAndCanBeHiddenAndSaved) {
+  StartOnDisc();
+  WaitForFrame();
+  const QColor background(0x32, 0x32, 0x32);
+  EXPECT_NE(Corner(), background);
+  dialogs_.files = {disc_->Path("frame.bmp")};
+  TheEditor().Run(CommandId::kSaveFrame);
+  EXPECT_EQ(dialogs_.requests.back().title, "Save video frame as bitmap (.bmp) file");
+  EXPECT_EQ(FileBytes(disc_->Path("frame.bmp")).size(), 54U + 720 * 480 * 3);
+  Find<QCheckBox>("showVideo").click();
+  EXPECT_EQ(Corner(), background);
+  Find<QCheckBox>("showVideo").click();
+  WaitForFrame();
+  EXPECT_NE(Corner(), background);
+  TheEditor().SetBorder(60);
+  EXPECT_EQ(Corner(), QColor(Qt::black));
+}
+
+TEST_F(VideoWindowTest, ArrowsStepThroughPicturesWhereThePictureHasTheFocus) {
+  StartOnDisc();
+  WaitForFrame();
+  const FramePointer first = Shown().video.frame;
+  Picture().setFocus();
+  Key(Qt::Key_Right);
+  WaitForFrame();
+  EXPECT_EQ(Shown().index, 0);
+  EXPECT_EQ(Shown().video.frame->globalTime, first->globalTime + first->duration);
+  Key(Qt::Key_Left);
+  WaitForFrame();
+  EXPECT_EQ(Shown().video.frame->globalTime, first->globalTime);
+  Find<QAbstractButton>("endFrame").click();
+  WaitForFrame();
+  EXPECT_GT(Shown().video.frame->globalTime, first->globalTime + 45000);
+  Key(Qt::Key_End);
+  EXPECT_EQ(Shown().index, Shown().count - 1);
+}
+
+TEST_F(VideoWindowTest, SpacePlaysAndStops) {
+  StartOnDisc();
+  WaitForFrame();
+  const FramePointer first = Shown().video.frame;
+  Key(Qt::Key_Space);
+  EXPECT_TRUE(Find<QAbstractButton>("playButton").isChecked());
+  WaitFor([&] { return Shown().video.frame->globalTime > first->globalTime + 45000; });
+  Key(Qt::Key_Space);
+  EXPECT_FALSE(Find<QAbstractButton>("playButton").isChecked());
+  const FramePointer stopped = Shown().video.frame;
+  Find<QAbstractButton>("loopButton").click();
+  EXPECT_TRUE(Shown().video.looping);
+  Key(Qt::Key_M, Qt::ControlModifier);
+  EXPECT_EQ(Find<QComboBox>("audioStream").currentIndex(), Shown().video.audioEntry);
+  Key(Qt::Key_Right);
+  EXPECT_FALSE(Find<QAbstractButton>("loopButton").isChecked());
+  EXPECT_EQ(Shown().index, 1);
+}
+
+// A VOB that ends amid a picture, has no video, or has nothing but damage in it.
+TEST_F(VideoWindowTest, DamagedVobsShowAPictureOrTheBackground) {
+  const std::string vob = disc_->Path("VTS_01_1.VOB");
+  std::filesystem::resize_file(vob, std::filesystem::file_size(vob) / 3 / 2048 * 2048 + 2048);
+  StartOnDisc();
+  WaitForFrame();
+  Key(Qt::Key_End);
+  WaitFor([this] { return Shown().video.settled; });
+  Key(Qt::Key_Space);
+  WaitFor([this] { return !Shown().video.playing; });
+  EXPECT_TRUE(dialogs_.errors.empty());
+}
+
+}  // namespace
+}  // namespace quillomar::test
