@@ -255,7 +255,7 @@ class Editor {
   void StopPlayback();
   void PlaybackOver();
   void PlaybackEnded();
-  [[nodiscard]] SubpicturePicture PlayedPicture(SubpictureUnit& unit, const UnitMoment& moment);
+  [[nodiscard]] SubpicturePicture PlayedPicture(const UnitPointer& shown, const UnitMoment& moment);
   void FramePlayed();
   void FollowPlayback();
   void StepAudio(int direction);

@@ -107,11 +107,12 @@ void Editor::PlaybackEnded() {
   PlaybackOver();
 }
 
-SubpicturePicture Editor::PlayedPicture(SubpictureUnit& unit, const UnitMoment& moment) {
+SubpicturePicture Editor::PlayedPicture(const UnitPointer& shown, const UnitMoment& moment) {
+  SubpictureUnit& unit = Document::Unrecorded(shown);
   if (Failed(NeedBitmap(unit, document_.Context()))) return {};
   const ClutRecord* const clut = look_.automaticClut ? nullptr : ClutOfUnit(document_, unit);
   SubpicturePicture picture = ComposePlayed(unit, moment, clut, session_.preferences, look_);
-  if (&unit != selection_.Current().get()) unit.ReleasePixels();
+  if (shown != selection_.Current()) unit.ReleasePixels();
   return picture;
 }
 
@@ -119,7 +120,7 @@ SubpicturePicture Editor::PlayedPicture(SubpictureUnit& unit, const UnitMoment& 
 void Editor::FramePlayed() {
   const FramePointer frame = video_.Frame();
   if (!frame) return;
-  const auto paint = [this](SubpictureUnit& unit, const UnitMoment& moment) {
+  const auto paint = [this](const UnitPointer& unit, const UnitMoment& moment) {
     return PlayedPicture(unit, moment);
   };
   const bool changed = screen_.MoveTo(frame->globalTime + frame->duration / 2, paint);

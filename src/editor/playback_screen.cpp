@@ -117,7 +117,7 @@ bool PlaybackScreen::MoveTo(std::int64_t time, const Painter& paint) {
   if (unit == unit_ && drawn_ == moment.sequence) return false;
   unit_ = unit;
   drawn_ = moment.sequence;
-  picture_ = moment.on ? paint(*unit, moment) : SubpicturePicture();
+  picture_ = moment.on ? paint(unit, moment) : SubpicturePicture();
   return true;
 }
 

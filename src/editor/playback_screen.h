@@ -32,7 +32,7 @@ struct UnitMoment {
 // next one of its stream begins.
 class PlaybackScreen {
  public:
-  using Painter = std::function<SubpicturePicture(SubpictureUnit&, const UnitMoment&)>;
+  using Painter = std::function<SubpicturePicture(const UnitPointer&, const UnitMoment&)>;
 
   // Units of one stream.
   void Load(UnitList units);
