@@ -64,11 +64,11 @@ TEST(FileFilter, LabelsAndPatternsByTurns) {
 }
 
 // A red subpicture of one block of pixels, half transparent, on a blue frame.
-View BlockView(int aspect) {
+View BlockView(ScreenMode mode) {
   View view;
   view.hasUnit = true;
   view.standard = VideoStandard::kPal;
-  view.aspect = aspect;
+  view.screenMode = mode;
   view.picture = {360, 288, 72, 58, {}};
   for (int i = 0; i < 72 * 58; ++i) {
     view.picture.rgba.insert(view.picture.rgba.end(), {255, 0, 0, 136});
@@ -80,14 +80,14 @@ TEST(PictureView, ShowsTheSubpictureAtItsPlaceInTheRightAspect) {
   PictureView picture;
   picture.SetBackground({0, 0, 255});
   picture.resize(1024, 768);
-  picture.Show(BlockView(2));
+  picture.Show(BlockView(ScreenMode::k4x3));
   EXPECT_EQ(picture.FrameRect(), QRectF(0, 0, 1024, 768));
   const QImage image = picture.grab().toImage();
   EXPECT_EQ(image.pixelColor(500, 400), QColor(0, 0, 255));
   EXPECT_EQ(image.pixelColor(560, 420), QColor(136, 0, 119));
   EXPECT_EQ(image.pixelColor(620, 420), QColor(0, 0, 255));
 
-  picture.Show(BlockView(3));
+  picture.Show(BlockView(ScreenMode::kWide));
   EXPECT_EQ(picture.FrameRect(), QRectF(0, 96, 1024, 576));
   const QImage wide = picture.grab().toImage();
   EXPECT_EQ(wide.pixelColor(560, 96 + 310), QColor(136, 0, 119));
