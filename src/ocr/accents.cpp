@@ -12,8 +12,8 @@ namespace {
 
 // What a mark's upper and lower rows must differ by to lean, in columns.
 constexpr double kLean = 0.9;
-// A tilde is that much wider than tall.
-constexpr double kTildeWidth = 2.0;
+// Other marks are that much wider than tall, dots are not.
+constexpr double kFlatMark = 1.3;
 
 struct LetterRow {
   char32_t base;
@@ -65,8 +65,7 @@ Accent ShapeOfMark(const Component& mark, int refRow, float slant) {
   const double lean = upper.centre - lower.centre;
   if (lean > kLean) return Accent::kAcute;
   if (lean < -kLean) return Accent::kGrave;
-  if (lower.width >= upper.width + 2) return Accent::kCircumflex;
-  return mark.box.Width() >= kTildeWidth * mark.box.Height() ? Accent::kTilde : Accent::kNone;
+  return mark.box.Width() >= kFlatMark * mark.box.Height() ? Accent::kCircumflex : Accent::kNone;
 }
 
 }  // namespace
@@ -85,9 +84,11 @@ AccentedLetter Decompose(char32_t ch) {
 char32_t Compose(const AccentedLetter& letter) {
   if (letter.accent == Accent::kNone) return letter.base;
   const char32_t small = ToLower(letter.base);
+  const bool tilde = small == U'n' && letter.accent == Accent::kCircumflex;
+  const Accent accent = tilde ? Accent::kTilde : letter.accent;
   for (const LetterRow& row : kLetters) {
     if (row.base != small) continue;
-    const char32_t accented = row.accented[static_cast<std::size_t>(letter.accent) - 1];
+    const char32_t accented = row.accented[static_cast<std::size_t>(accent) - 1];
     return accented != 0 && small != letter.base ? ToUpper(accented) : accented;
   }
   return 0;
@@ -105,6 +106,19 @@ MarksAbove FindMarksAbove(const Glyph& glyph, int refRow, float slant) {
   return marks;
 }
 
+bool AccentIsWrong(const std::u32string& text, const MarksAbove& marks) {
+  if (marks.count < 1 || marks.count > 2) return false;
+  // Two letters in one glyph with two dots
+  if (text.size() == 2)
+    return marks.count == 2 && (text == U"ii" || text == U"il" || text == U"li");
+  if (text.size() != 1 || !(IsLetter(text[0]) || IsDigit(text[0]))) return false;
+  const AccentedLetter letter = Decompose(text[0]);
+  if (marks.count == 2) return letter.accent != Accent::kDiaeresis;
+  const bool dotted = letter.base == U'i' || letter.base == U'j';
+  return marks.shape != Accent::kNone && !dotted &&
+         (letter.accent == Accent::kNone || letter.accent == Accent::kDiaeresis);
+}
+
 Glyph WithoutMarks(const Glyph& glyph) {
   const Component& base = BaseOf(glyph);
   Glyph bare;
@@ -112,6 +126,11 @@ Glyph WithoutMarks(const Glyph& glyph) {
     if (!IsAbove(part, base)) bare.Join({part.box, {part}, part.pixels});
   }
   return bare;
+}
+
+std::u32string WithCedilla(const std::u32string& text, bool descends) {
+  if (descends && text == U"c") return U"\u00e7";
+  return descends && text == U"C" ? U"\u00c7" : text;
 }
 
 }  // namespace quillomar

@@ -11,7 +11,7 @@ constexpr std::size_t kMostGlyphs = 3;    // for one reading
 constexpr std::size_t kMostReadings = 5;  // for one glyph
 constexpr double kSkip = 1.5;
 constexpr double kExtraReading = 0.7;
-constexpr double kExtraGlyph = 0.8;
+constexpr double kExtraGlyph = 0.5;
 constexpr double kExpectedGlyph = 0.05;
 // Parts of a broken letter lie close together: what a wider gap costs, and from where on,
 // x-heights. What may be a full stop lies closer to its neighbours than words do.

@@ -18,7 +18,7 @@ constexpr char32_t kNoteSign = U'\u266A';  // until the result is written
 
 // When known patterns are enough to read a line.
 constexpr int kWellKnown = 3;  // votes
-constexpr double kWellKnownShare = 0.9;
+constexpr double kWellKnownShare = 0.9, kWellKnownBarShare = 0.5;
 // The share from which on it guides the laying of readings.
 constexpr double kKnownShare = 0.75;
 // Shares of the votes that overrule what was read.
@@ -33,6 +33,7 @@ constexpr double kDoubtfulShare = 0.7;
 constexpr double kJoinGap = 0.35;
 // A gap between dots that is wider than others by this parts words.
 constexpr double kWiderThanDots = 1.4;
+constexpr double kCedilla = 0.2;  // x-heights below the baseline
 constexpr double kCloseGap = 0.25;
 
 bool HasNeighbour(const LineText& line, std::size_t glyph) {
@@ -119,41 +120,54 @@ LineText PrepareLine(const MeasuredLine& line, const DiscKnowledge& knowledge) {
   return text;
 }
 
-bool LineReader::ReadFromPatterns(LineText& line, const std::string& language) const {
-  LineText attempt = line;
-  auto& glyphs = attempt.line.glyphs;
+void LineReader::JoinKnownParts(LineText& line) const {
+  const auto& glyphs = line.line.glyphs;
   std::optional<std::size_t> previous;
   for (std::size_t i = 0; i < glyphs.size(); ++i) {
-    const GlyphPattern pattern = PatternOf(glyphs[i], attempt.line.metrics);
-    attempt.texts[i].text = taught_.TextOf(pattern);
-    attempt.texts[i].fixed = !attempt.texts[i].text.empty();
-    const auto id = knowledge_.patterns.Find(pattern);
-    if (!attempt.texts[i].fixed) {
-      if (!id) return false;
-      const Votes& votes = knowledge_.patterns.VotesOf(*id);
-      attempt.texts[i].text = votes.Best();
-      const bool bar = IsBarText(votes.Best()) && IsBar(glyphs[i], attempt.line.metrics);
-      if (votes.Count() < kWellKnown || votes.Share() < (bar ? 0.5 : kWellKnownShare)) return false;
+    const auto id = knowledge_.patterns.Find(PatternOf(glyphs[i], line.line.metrics));
+    if (previous && id && knowledge_.joins.Ask({*previous, *id}) == JoinModel::Answer::kOne) {
+      JoinGlyphs(line, --i, 2);
+      previous = knowledge_.patterns.Find(PatternOf(glyphs[i], line.line.metrics));
+    } else {
+      previous = id;
     }
-    if (previous && id && knowledge_.joins.Ask({*previous, *id}) != JoinModel::Answer::kApart)
-      return false;
-    previous = id;
-    if (i == 0) {
-      attempt.texts[i].startsWord = true;
-    } else if (spaceWidth_ == 0) {
-      const auto parts = knowledge_.spaces.JudgeAlone(attempt.RelativeGapBefore(i));
-      if (!parts && !IsDotPair(attempt, i)) return false;
-      attempt.texts[i].startsWord = parts.value_or(false);
-    }
-    attempt.texts[i].confidence = 1;
+  }
+}
+
+bool LineReader::ReadFromPatterns(LineText& line, const std::string& language) const {
+  LineText attempt;
+  attempt.line = line.line;
+  JoinKnownParts(attempt);
+  attempt.texts.resize(attempt.line.glyphs.size());
+  for (std::size_t i = 0; i < attempt.texts.size(); ++i) {
+    if (!ReadGlyph(attempt, i)) return false;
   }
   PartWords(attempt);
   FindNotes(attempt);
-  if (!FixBars(attempt, language)) {
-    return false;
-  }
+  if (!FixBars(attempt, language)) return false;
   line = std::move(attempt);
   return true;
+}
+
+bool LineReader::ReadGlyph(LineText& line, std::size_t glyph) const {
+  GlyphText& text = line.texts[glyph];
+  const GlyphPattern pattern = PatternOf(line.line.glyphs[glyph], line.line.metrics);
+  text.confidence = 1;
+  text.text = taught_.TextOf(pattern);
+  text.fixed = !text.text.empty();
+  if (!text.fixed) {
+    const auto id = knowledge_.patterns.Find(pattern);
+    if (!id) return false;
+    const Votes& votes = knowledge_.patterns.VotesOf(*id);
+    text.text = votes.Best();
+    const bool bar = IsBarText(text.text) && IsBar(line.line.glyphs[glyph], line.line.metrics);
+    const double share = bar ? kWellKnownBarShare : kWellKnownShare;
+    if (votes.Count() < kWellKnown || votes.Share() < share) return false;
+  }
+  if (glyph == 0 || spaceWidth_ > 0 || IsDotPair(line, glyph)) return true;
+  const auto parts = knowledge_.spaces.JudgeAlone(line.RelativeGapBefore(glyph));
+  text.startsWord = parts.value_or(false);
+  return parts.has_value();
 }
 
 void LineReader::Recognise(LineText& line, const EnginePicture& picture, LineRecogniser& recogniser,
@@ -170,6 +184,7 @@ void LineReader::LayReadings(LineText& line, const std::string& language) const 
   line.line.glyphs = line.glyphsAsFound;
   line.texts.clear();
   line.joined.clear();
+  JoinKnownParts(line);
   std::vector<std::u32string> known;
   for (const Glyph& glyph : line.line.glyphs) known.push_back(KnownText(glyph, line.line.metrics));
   const std::vector<Match> matches =
@@ -178,28 +193,26 @@ void LineReader::LayReadings(LineText& line, const std::string& language) const 
     JoinGlyphs(line, i, matches[i].glyphs);
     line.texts.push_back(TextOf(matches[i], line.readings));
     FixByShape(line.texts.back(), line.line.glyphs[i], line.line.metrics);
-    if (language != "en") FixAccent(line.texts.back(), line.line.glyphs[i], line.line);
+    if (language == "en") continue;
+    FixAccent(line.texts.back(), line.line.glyphs[i], line.line);
+    const GlyphPlace place = PlaceOf(line.line.glyphs[i].box, line.line.metrics);
+    line.texts.back().text = WithCedilla(line.texts.back().text, place.drop > kCedilla);
   }
 }
 
 void LineReader::FixAccent(GlyphText& text, const Glyph& glyph, const GlyphLine& line) const {
-  if (text.text.size() != 1) return;
   const MarksAbove marks = FindMarksAbove(glyph, line.metrics.baseline, line.slant);
-  if (marks.count < 1 || marks.count > 2) return;
-  AccentedLetter letter = Decompose(text.text[0]);
-  const bool dotted = letter.base == U'i' || letter.base == U'j';
-  if (marks.count == 1 && (dotted || letter.accent != Accent::kNone) &&
-      letter.accent != Accent::kDiaeresis)
-    return;
-  if (marks.count == 2 && letter.accent == Accent::kDiaeresis) return;
-  const Accent seen = marks.count == 2 ? Accent::kDiaeresis : marks.shape;
-  if (Compose({letter.base, Accent::kAcute}) == 0 &&
-      ShapeOf(letter.base).place != CharacterShape::Place::kLetter)
-    return;
+  if (!AccentIsWrong(text.text, marks)) return;
+  const Glyph bare = WithoutMarks(glyph);
+  GlyphText base;
+  if (text.text.size() == 1) base.text = Decompose(text.text[0]).base;
   // Digits and capitals are what accented letters are taken for.
-  const std::u32string bare = KnownText(WithoutMarks(glyph), line.metrics);
-  if (bare.size() == 1) letter.base = bare[0];
-  const char32_t fixed = seen == Accent::kNone ? 0 : Compose({letter.base, seen});
+  const std::u32string known = KnownText(bare, line.metrics);
+  if (known.size() == 1) base.text = known;
+  FixByShape(base, bare, line.metrics);
+  if (base.text.size() != 1) return;
+  const Accent accent = marks.count == 2 ? Accent::kDiaeresis : marks.shape;
+  const char32_t fixed = Compose({base.text[0], accent});
   if (fixed != 0) text.text = fixed;
 }
 

@@ -39,6 +39,8 @@ class LineReader {
   void Append(const LineText& line, EngineResult& result) const;
 
  private:
+  void JoinKnownParts(LineText& line) const;
+  [[nodiscard]] bool ReadGlyph(LineText& line, std::size_t glyph) const;
   void LayReadings(LineText& line, const std::string& language) const;
   void FixAccent(GlyphText& text, const Glyph& glyph, const GlyphLine& line) const;
   // What a glyph surely is; empty when that is not known.
