@@ -67,7 +67,7 @@ void DiscRun::ReadRound(std::size_t begin, std::size_t end) {
     ReadPage(pages_[begin + index], begin + index, worker);
     Count();
   });
-  if (!Stopped()) Learn(begin, end);
+  if (learns_ && !Stopped()) Learn(begin, end);
 }
 
 void DiscRun::ReadPage(Page& page, std::size_t index, std::size_t worker) {

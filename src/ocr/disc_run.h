@@ -15,6 +15,8 @@ class DiscRun {
  public:
   DiscRun(const PictureSource& pictures, const EngineSettings& settings, DiscKnowledge& knowledge,
           const PatternDatabase& taught, RecogniserPool& recognisers, EngineProgress progress);
+  // Uses what is known of the disc without adding to it, but for measures of size and slant.
+  void KeepKnowledge() { learns_ = false; }
   [[nodiscard]] std::vector<std::optional<EngineResult>> Run();
 
  private:
@@ -38,6 +40,7 @@ class DiscRun {
   LineReader reader_;
   RecogniserPool& recognisers_;
   EngineProgress progress_;
+  bool learns_ = true;
   std::vector<Page> pages_;
   std::mutex mutex_;  // of what follows
   std::size_t stepsDone_ = 0;

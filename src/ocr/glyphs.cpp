@@ -180,6 +180,12 @@ void Glyph::Join(Glyph other) {
   std::move(other.components.begin(), other.components.end(), std::back_inserter(components));
 }
 
+Glyph JoinedGlyph(const std::vector<Glyph>& glyphs, std::size_t first, std::size_t count) {
+  Glyph joined = glyphs[first];
+  for (std::size_t i = 1; i < count; ++i) joined.Join(glyphs[first + i]);
+  return joined;
+}
+
 int FindBaseline(const InkLine& line) {
   std::vector<int> counts(static_cast<std::size_t>(line.box.Height()) + 1);
   for (const Component* letter : Letters(line)) {

@@ -22,6 +22,12 @@ struct LineMetrics {
   int xHeight = 1;   // rows of a small letter
 };
 
+// Parts that a user may take for one glyph.
+inline constexpr std::size_t kMostTaughtParts = 3;
+// Some neighbours as one glyph.
+[[nodiscard]] Glyph JoinedGlyph(const std::vector<Glyph>& glyphs, std::size_t first,
+                                std::size_t count);
+
 struct GlyphLine {
   float slant = 0;
   LineMetrics metrics;        // the baseline is the reference row of the slant

@@ -1,7 +1,5 @@
 #include "ocr/learning_engine.h"
 
-#include <algorithm>
-
 #include "base/utf8.h"
 #include "ocr/disc_run.h"
 #include "ocr/line_reader.h"
@@ -28,6 +26,18 @@ bool Holds(const PixelBox& outer, const PixelBox& inner) {
          inner.y0 >= outer.y0 - kSlack && inner.y1 <= outer.y1 + kSlack;
 }
 
+int CountIn(const GlyphLine& line, const GlyphPattern& wanted) {
+  int count = 0;
+  for (std::size_t i = 0; i < line.glyphs.size(); ++i) {
+    for (std::size_t parts = 1; parts <= kMostTaughtParts && i + parts <= line.glyphs.size();
+         ++parts) {
+      const Glyph glyph = JoinedGlyph(line.glyphs, i, parts);
+      if (AreAlike(wanted, PatternOf(glyph, line.metrics))) ++count;
+    }
+  }
+  return count;
+}
+
 }  // namespace
 
 LearningEngine::LearningEngine(std::unique_ptr<LineRecogniserSource> recognisers, FileSystem& files,
@@ -40,10 +50,12 @@ LearningEngine::LearningEngine(std::unique_ptr<LineRecogniserSource> recognisers
 
 EngineResult LearningEngine::Recognise(const EnginePicture& picture,
                                        const EngineSettings& settings) {
-  // One subpicture seen again and again must not outvote the others.
   DiscKnowledge knowledge = knowledge_;
   const OnePicture pictures(picture);
-  auto results = DiscRun(pictures, settings, knowledge, taught_, recognisers_, {}).Run();
+  DiscRun run(pictures, settings, knowledge, taught_, recognisers_, {});
+  // One subpicture seen again and again must not outvote the others.
+  if (knowledge_.patterns.Size() > 0) run.KeepKnowledge();
+  auto results = run.Run();
   return results[0] ? std::move(*results[0]) : EngineResult{};
 }
 
@@ -60,11 +72,7 @@ std::vector<int> LearningEngine::CountAppearances(const Lesson& lesson,
   if (!wanted) return counts;
   ParallelFor(counts.size(), [&](std::size_t, std::size_t index) {
     for (const MeasuredLine& measured : MeasureLines(pictures.Get(index), settings.italics)) {
-      const LineText line = PrepareLine(measured, knowledge_);
-      counts[index] += static_cast<int>(
-          std::count_if(line.line.glyphs.begin(), line.line.glyphs.end(), [&](const Glyph& glyph) {
-            return AreAlike(*wanted, PatternOf(glyph, line.line.metrics));
-          }));
+      counts[index] += CountIn(PrepareLine(measured, knowledge_).line, *wanted);
     }
   });
   return counts;

@@ -120,7 +120,21 @@ LineText PrepareLine(const MeasuredLine& line, const DiscKnowledge& knowledge) {
   return text;
 }
 
+void LineReader::JoinTaught(LineText& line) const {
+  if (taught_.Size() == 0) return;
+  for (std::size_t i = 0; i < line.line.glyphs.size(); ++i) {
+    for (std::size_t count = kMostTaughtParts; count > 1; --count) {
+      if (i + count > line.line.glyphs.size()) continue;
+      const Glyph joined = JoinedGlyph(line.line.glyphs, i, count);
+      if (taught_.TextOf(PatternOf(joined, line.line.metrics)).empty()) continue;
+      JoinGlyphs(line, i, count);
+      break;
+    }
+  }
+}
+
 void LineReader::JoinKnownParts(LineText& line) const {
+  JoinTaught(line);
   const auto& glyphs = line.line.glyphs;
   std::optional<std::size_t> previous;
   for (std::size_t i = 0; i < glyphs.size(); ++i) {

@@ -39,6 +39,7 @@ class LineReader {
   void Append(const LineText& line, EngineResult& result) const;
 
  private:
+  void JoinTaught(LineText& line) const;
   void JoinKnownParts(LineText& line) const;
   [[nodiscard]] bool ReadGlyph(LineText& line, std::size_t glyph) const;
   void LayReadings(LineText& line, const std::string& language) const;

@@ -158,7 +158,10 @@ void PatternDatabase::Load() {
 
 void PatternDatabase::LoadEntry(const std::string& line) {
   const auto entry = ParsePatternEntry(line);
-  if (!entry) {
+  const bool again =
+      entry && std::any_of(taught_.begin(), taught_.end(),
+                           [&](const Taught& taught) { return taught.number == entry->number; });
+  if (!entry || again) {
     reporter_.LogLine("Skipping a damaged line of the OCR pattern list");
     return;
   }
