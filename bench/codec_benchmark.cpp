@@ -107,7 +107,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   const auto files = MakeDiskFileSystem();
-  Session session(*files, std::make_unique<DirectTransactionSource>());
+  Session session(*files, StateFolder());
   CliFrontEnd frontEnd;
   InlineJobRunner runner;
   Editor editor(session, frontEnd, runner);

@@ -44,7 +44,7 @@ void Print(const char* what, const Times& times) {
 
 int Run(const std::string& folder, const std::vector<std::string>& vobs) {
   const auto files = MakeDiskFileSystem();
-  Session session(*files, std::make_unique<DirectTransactionSource>());
+  Session session(*files, StateFolder());
   session.dataFolder = folder;
   session.fastOpen = FastOpen::kNever;
   CliFrontEnd frontEnd;

@@ -12,6 +12,7 @@
 #include "base/platform.h"
 #include "cli/cli_front_end.h"
 #include "editor/editor.h"
+#include "support/direct_transaction.h"
 
 namespace quillomar {
 namespace {
@@ -24,7 +25,8 @@ double MillisecondsSince(Clock::time_point start) {
 
 int Run(double seconds, std::size_t count, const std::vector<std::string>& vobs) {
   const auto files = MakeDiskFileSystem();
-  Session session(*files, std::make_unique<DirectTransactionSource>());
+  Session session(*files, "");
+  session.transactions = std::make_unique<test::DirectTransactionSource>(*files);
   session.reporter.InstallHooks({[](const std::string&) { return 1; },
                                  [](const std::string&) { return true; },
                                  [](const std::string&) { return true; }});

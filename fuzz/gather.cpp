@@ -11,6 +11,7 @@
 #include "spu/rooms.h"
 #include "spu/run_length.h"
 #include "spu/write_back.h"
+#include "support/direct_transaction.h"
 #include "support/memory_files.h"
 #include "support/pack_builder.h"
 #include "support/spu_builder.h"
@@ -99,7 +100,7 @@ class Disc {
   VobFileSet set_{files_, reporter_};
   SpuContext context_{reporter_, limit_, VideoStandard::kPal};
   SpuGatherer gatherer_{set_};
-  DirectTransactionSource source_;
+  test::DirectTransactionSource source_{files_};
   Highlight highlight_;
 };
 

@@ -7,6 +7,7 @@
 #include "dvd/ifo_layout.h"
 #include "dvd/sector.h"
 #include "fuzz_target.h"
+#include "support/direct_transaction.h"
 #include "support/ifo_builder.h"
 #include "support/memory_files.h"
 
@@ -99,7 +100,7 @@ class IfoRun {
 
   test::MemoryFileSystem files_;
   Reporter reporter_{files_};
-  DirectTransactionSource source_;
+  test::DirectTransactionSource source_{files_};
   IfoFile ifo_{files_, reporter_};
   std::string path_;
   std::string backup_;

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "fuzz_target.h"
+#include "support/direct_transaction.h"
 #include "support/memory_files.h"
 #include "support/spu_builder.h"
 
@@ -57,7 +58,9 @@ class SupRun {
     Require(positions && !Failed(transaction->Commit()));
     return *positions;
   }
-  void SaveAs(const char* path, const SupFile& sup) { Save(OpenSupForSaving(files_, path), sup); }
+  void SaveAs(const char* path, const SupFile& sup) {
+    Save(source_.Begin()->OpenOrCreate(path), sup);
+  }
 
   void SaveBack(const SupFile& sup) {
     const SupPositions positions = Save(sup.file, sup);
@@ -72,7 +75,7 @@ class SupRun {
   test::MemoryFileSystem files_;
   Reporter reporter_{files_};
   ReportLimit limit_{reporter_};
-  DirectTransactionSource source_;
+  test::DirectTransactionSource source_{files_};
 };
 
 Bytes Record(const Bytes& unit) {

@@ -9,7 +9,7 @@
 namespace quillomar {
 
 Program::Program(FileSystem& files, Dialogs& dialogs, const ProgramPlace& place, AudioOutput* sound)
-    : session_(files, std::make_unique<DirectTransactionSource>()),
+    : session_(files, place.stateFolder),
       frontEnd_(dialogs, sound),
       editor_(session_, frontEnd_, runner_),
       window_(editor_, frontEnd_),

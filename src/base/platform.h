@@ -20,6 +20,11 @@ std::optional<std::string> EnvironmentVariable(const std::string& name);
 // in TMPDIR or the system's temporary folder; both are created. Call before any thread starts.
 void PrepareEnvironment();
 
+// Where the program keeps what it must find again after a crash, created if missing: the folder
+// "quillomar" of the XDG state home or, where APPDATA was given from outside, the folder "state" in
+// that.
+std::string StateFolder();
+
 // A path from the root of the file system, for one from the current folder; others stay as they
 // are.
 std::string AbsolutePath(const std::string& path);

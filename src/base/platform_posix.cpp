@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,7 +29,7 @@ constexpr std::size_t kLongWrite = 65'536;
 
 class DiskFile final : public File {
  public:
-  explicit DiskFile(int descriptor) : descriptor_(descriptor) {}
+  DiskFile(std::string path, int descriptor) : File(std::move(path)), descriptor_(descriptor) {}
   ~DiskFile() override { ::close(descriptor_); }
   DiskFile(const DiskFile&) = delete;
   DiskFile& operator=(const DiskFile&) = delete;
@@ -88,6 +89,7 @@ int OpenFlags(OpenMode mode) {
       return O_RDWR;
     case OpenMode::kCreate:
       return O_RDWR | O_CREAT | O_TRUNC;
+    case OpenMode::kCreateLocked:
     case OpenMode::kCreateKeeping:
       return O_RDWR | O_CREAT;
   }
@@ -106,11 +108,11 @@ class DiskFileSystem final : public FileSystem {
     const int descriptor =
         ::open(path.c_str(), OpenFlags(mode) | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
     if (descriptor < 0) return nullptr;
-    auto file = std::make_unique<DiskFile>(descriptor);
+    auto file = std::make_unique<DiskFile>(path, descriptor);
     if (!IsRegularFile(descriptor)) return nullptr;
-    if (mode == OpenMode::kExclusiveWrite && ::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-      return nullptr;
-    }
+    const bool locked = mode == OpenMode::kExclusiveWrite || mode == OpenMode::kCreateLocked;
+    if (locked && ::flock(descriptor, LOCK_EX | LOCK_NB) != 0) return nullptr;
+    if (mode == OpenMode::kCreateLocked && Failed(file->SetSize(0))) return nullptr;
     return file;
   }
 
@@ -124,11 +126,27 @@ class DiskFileSystem final : public FileSystem {
     return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
   }
 
-  std::optional<std::int64_t> ModificationTime(const std::string& path) override {
+  std::optional<FileStamp> Stamp(const std::string& path) override {
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0) return std::nullopt;
     constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
-    return status.st_mtim.tv_sec * kNanosecondsPerSecond + status.st_mtim.tv_nsec;
+    return FileStamp{static_cast<std::uint64_t>(status.st_ino),
+                     static_cast<std::uint64_t>(status.st_size),
+                     status.st_mtim.tv_sec * kNanosecondsPerSecond + status.st_mtim.tv_nsec};
+  }
+
+  std::string Canonical(const std::string& path) override {
+    std::error_code error;
+    const auto canonical = std::filesystem::weakly_canonical(AbsolutePath(path), error);
+    return error ? path : canonical.string();
+  }
+
+  bool MayWrite(const std::string& path) override { return ::access(path.c_str(), W_OK) == 0; }
+
+  std::optional<std::uint64_t> FreeSpace(const std::string& folder) override {
+    struct statvfs status {};
+    if (::statvfs(folder.c_str(), &status) != 0) return std::nullopt;
+    return std::uint64_t{status.f_bavail} * status.f_frsize;
   }
 
   std::vector<std::string> List(const std::string& folder) override {
@@ -156,6 +174,17 @@ class DiskFileSystem final : public FileSystem {
   Result Rename(const std::string& from, const std::string& to) override {
     return ::rename(from.c_str(), to.c_str()) == 0 ? Result::kDone : Result::kFailed;
   }
+
+  Result SyncFolder(const std::string& folder) override {
+    const int descriptor =
+        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return Result::kFailed;
+    const int outcome = ::fsync(descriptor);
+    // Some file systems cannot sync a folder and keep its names in order by themselves.
+    const bool done = outcome == 0 || errno == EINVAL || errno == ENOTSUP;
+    ::close(descriptor);
+    return done ? Result::kDone : Result::kFailed;
+  }
 };
 
 // A folder that another user could have prepared is refused: files are written to it under names
@@ -175,15 +204,18 @@ std::string MakePrivateTemporaryFolder() {
   return ::mkdtemp(unique.data()) != nullptr ? unique : std::string();
 }
 
-std::string MakeConfigurationFolder() {
-  std::string home = EnvironmentVariable("XDG_CONFIG_HOME").value_or("");
-  if (home.empty() || home.front() != '/') {
-    home = JoinPath(EnvironmentVariable("HOME").value_or("/"), ".config");
+// Folder "quillomar" of one of the user's base folders: the variable's, else the one below the
+// home.
+std::string BaseFolder(const std::string& variable, const std::string& belowHome) {
+  std::string base = EnvironmentVariable(variable).value_or("");
+  if (base.empty() || base.front() != '/') {
+    base = JoinPath(EnvironmentVariable("HOME").value_or("/"), belowHome);
   }
-  std::string folder = JoinPath(home, "quillomar");
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  return folder;
+  return JoinPath(base, "quillomar");
+}
+
+std::string ConfigurationFolder() {
+  return BaseFolder("XDG_CONFIG_HOME", ".config");
 }
 
 }  // namespace
@@ -200,12 +232,25 @@ std::optional<std::string> EnvironmentVariable(const std::string& name) {
 
 void PrepareEnvironment() {
   if (!EnvironmentVariable("APPDATA")) {
-    ::setenv("APPDATA", MakeConfigurationFolder().c_str(), 1);
+    const std::string folder = ConfigurationFolder();
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    ::setenv("APPDATA", folder.c_str(), 1);
   }
   if (!EnvironmentVariable("TEMP")) {
     const std::string folder = MakePrivateTemporaryFolder();
     if (!folder.empty()) ::setenv("TEMP", folder.c_str(), 1);
   }
+}
+
+std::string StateFolder() {
+  const std::string appData = EnvironmentVariable("APPDATA").value_or("");
+  const bool ownPlace = !appData.empty() && appData != ConfigurationFolder();
+  std::string folder =
+      ownPlace ? JoinPath(appData, "state") : BaseFolder("XDG_STATE_HOME", ".local/state");
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  return folder;
 }
 
 std::string AbsolutePath(const std::string& path) {

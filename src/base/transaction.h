@@ -2,13 +2,16 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
+#include <optional>
+#include <span>
+#include <string>
 
 #include "base/file.h"
 
 namespace quillomar {
 
-// Every change to a disc's files goes through one transaction, from its first byte to Commit.
+// Every change to a disc's files goes through one transaction, from its first byte to Commit. All
+// of it takes effect, or nothing does: what is not committed when the transaction ends is undone.
 class WriteTransaction {
  public:
   virtual ~WriteTransaction() = default;
@@ -16,8 +19,16 @@ class WriteTransaction {
   [[nodiscard]] virtual Result Write(const std::shared_ptr<File>& file, std::uint64_t offset,
                                      ByteSpan bytes) = 0;
   [[nodiscard]] virtual Result SetSize(const std::shared_ptr<File>& file, std::uint64_t size) = 0;
-  // Returns once all changes have reached the device. Fails when any of them could not be made
-  // safe.
+  // As File::ReadAt, with the transaction's changes: the file itself may not have them yet.
+  [[nodiscard]] virtual std::optional<std::size_t> Read(File& file, std::uint64_t offset,
+                                                        std::span<std::uint8_t> out) = 0;
+  // Opens a file for writing; one that is missing is created as a part of the transaction. Null
+  // when it cannot be opened.
+  [[nodiscard]] virtual std::shared_ptr<File> OpenOrCreate(const std::string& path) = 0;
+  // Nothing more can be written and Commit will fail: what went wrong concerns all of it.
+  [[nodiscard]] virtual bool Broken() const = 0;
+  // Returns once all changes have reached the device. Where one of them could not be made safe, all
+  // are undone and it fails.
   [[nodiscard]] virtual Result Commit() = 0;
 };
 
@@ -26,12 +37,6 @@ class TransactionSource {
  public:
   virtual ~TransactionSource() = default;
   [[nodiscard]] virtual std::unique_ptr<WriteTransaction> Begin() = 0;
-};
-
-// Writes straight into the files and syncs each changed file at Commit.
-class DirectTransactionSource final : public TransactionSource {
- public:
-  [[nodiscard]] std::unique_ptr<WriteTransaction> Begin() override;
 };
 
 }  // namespace quillomar

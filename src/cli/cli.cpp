@@ -75,11 +75,13 @@ int RunWithFiles(const CliCommand& command, const CliOptions& options, Session& 
   JobRunner& runner = showStatus ? static_cast<JobRunner&>(terminalRunner) : inlineRunner;
   Editor editor(session, frontEnd, runner);
   session.ocrLanguage = options.language;
+  session.leftJournals = LeftJournals::kWarn;
   session.fastOpen = options.fast ? FastOpen::kAlways : FastOpen::kNever;
   editor.ReadRecentFiles();
   const auto disc = options.files.begin() + (command.takesInput ? 1 : 0);
   const CliCall call{options, session, editor, streams,
                      command.takesInput ? options.files.front() : std::string()};
+  if (!command.opensDisc) return command.run(call);
   OpenDisc(call, {disc, options.files.end()});
   if (!editor.Doc().IsOpen()) return kCliRefused;
   if (!options.ifoPath.empty() && editor.Doc().InSupMode()) editor.AttachIfo(options.ifoPath);

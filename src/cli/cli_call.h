@@ -33,6 +33,7 @@ struct CliCommand {
   int (*run)(const CliCall&);      // returns the exit code
   const char* required = nullptr;  // an option that cannot be left out
   bool takesInput = false;         // a file of its own stands before the disc's
+  bool opensDisc = true;           // its files are opened before it runs
 };
 
 int RunList(const CliCall& call);
@@ -51,5 +52,6 @@ int RunImportBmp(const CliCall& call);
 int RunExportSup(const CliCall& call);
 int RunOcrCommand(const CliCall& call);
 int RunEraseHearingImpaired(const CliCall& call);
+int RunRecover(const CliCall& call);
 
 }  // namespace quillomar

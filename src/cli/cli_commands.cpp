@@ -127,6 +127,15 @@ const std::vector<CliCommand>& CliCommands() {
        {"--out"},
        RunExportSup,
        "--out"},
+      {"recover",
+       "[--keep|--saved]",
+       "restores files that an interrupted save or retiming left half changed; --keep leaves them\n"
+       "      so and gives up what was overwritten; --saved takes back the last save or retiming",
+       {"--keep", "--saved"},
+       RunRecover,
+       nullptr,
+       false,
+       false},
   };
   return kCommands;
 }

@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
   using namespace quillomar;
   PrepareEnvironment();
   const auto files = MakeDiskFileSystem();
-  Session session(*files, std::make_unique<DirectTransactionSource>());
+  Session session(*files, StateFolder());
   session.dataFolder = EnvironmentVariable("APPDATA").value_or("");
   session.makeOcrEngine = [&session] {
     return MakeOcrEngine(session.files, session.reporter, OcrDatabaseFolder(session.dataFolder));

@@ -262,6 +262,8 @@ std::map<std::string, OptionRule> MakeRules() {
       {"--out", {true, Path(&CliOptions::outPath)}},
       {"--srt", {true, Path(&CliOptions::srtPath)}},
       {"--language", {true, SetLanguage}},
+      {"--keep", {false, Flag(&CliOptions::keep)}},
+      {"--saved", {false, Flag(&CliOptions::saved)}},
       {"--composed", {false, Flag(&CliOptions::composed)}},
       {"--bits", {true, SetBits}},
       {"--scale", {true, SetScale}},

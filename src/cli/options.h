@@ -38,7 +38,8 @@ struct CliOptions {
   double scaleX = 1, scaleY = 1;  // of a PPM
   bool composed = false;          // frame
   bool automaticPalette = false;
-  int languageUnit = 0;  // clut
+  bool keep = false, saved = false;  // recover
+  int languageUnit = 0;              // clut
   std::optional<int> pgc;
   std::vector<std::pair<int, Rgb>> entries;
   std::optional<double> delta;  // retime: seconds

@@ -174,15 +174,13 @@ std::optional<std::size_t> IfoFile::TableEnd(IfoTable table) {
 }
 
 Result IfoFile::Write(WriteTransaction& transaction) {
-  if (!loaded_ || !canWrite_ || Failed(WriteImage(transaction, file_))) return Result::kFailed;
-  return WriteBackup(transaction, path_);
+  return loaded_ && canWrite_ ? WriteWithBackup(transaction, file_, path_) : Result::kFailed;
 }
 
 Result IfoFile::WriteTo(WriteTransaction& transaction, const std::string& path) {
   if (!loaded_) return Result::kFailed;
-  const std::shared_ptr<File> file = files_.Open(path, OpenMode::kCreateKeeping);
-  if (!file || Failed(WriteImage(transaction, file))) return Result::kFailed;
-  return WriteBackup(transaction, path);
+  const std::shared_ptr<File> file = transaction.OpenOrCreate(path);
+  return file ? WriteWithBackup(transaction, file, path) : Result::kFailed;
 }
 
 Result IfoFile::WriteImage(WriteTransaction& transaction, const std::shared_ptr<File>& file) const {
@@ -190,10 +188,13 @@ Result IfoFile::WriteImage(WriteTransaction& transaction, const std::shared_ptr<
   return transaction.Write(file, 0, Contents());
 }
 
-Result IfoFile::WriteBackup(WriteTransaction& transaction, const std::string& ifoPath) const {
-  const std::string path = FindIgnoringCase(files_, BackupPathOfIfo(ifoPath));
-  const std::shared_ptr<File> file = files_.Open(path, OpenMode::kCreateKeeping);
-  return file ? WriteImage(transaction, file) : Result::kFailed;
+// The backup is opened first: without it the IFO stays as it is.
+Result IfoFile::WriteWithBackup(WriteTransaction& transaction, const std::shared_ptr<File>& file,
+                                const std::string& path) const {
+  const std::shared_ptr<File> backup =
+      transaction.OpenOrCreate(FindIgnoringCase(files_, BackupPathOfIfo(path)));
+  if (!backup || Failed(WriteImage(transaction, file))) return Result::kFailed;
+  return WriteImage(transaction, backup);
 }
 
 }  // namespace quillomar

@@ -153,7 +153,8 @@ class IfoFile {
   [[nodiscard]] std::string Language(std::size_t position) const;
 
   Result WriteImage(WriteTransaction& transaction, const std::shared_ptr<File>& file) const;
-  Result WriteBackup(WriteTransaction& transaction, const std::string& ifoPath) const;
+  Result WriteWithBackup(WriteTransaction& transaction, const std::shared_ptr<File>& file,
+                         const std::string& path) const;
 
   FileSystem& files_;
   Reporter& reporter_;

@@ -139,11 +139,27 @@ std::vector<VobFileSet::Stretch> VobFileSet::Cut(std::uint32_t lba, std::uint32_
 
 Result VobFileSet::ReadSectors(std::uint32_t lba, std::uint32_t count,
                                std::span<std::uint8_t> out) {
+  const auto fromFile = [](File& file, std::uint64_t offset, std::span<std::uint8_t> part) {
+    return file.ReadAt(offset, part);
+  };
+  return ReadWith(fromFile, lba, count, out);
+}
+
+Result VobFileSet::ReadSectors(WriteTransaction& transaction, std::uint32_t lba,
+                               std::uint32_t count, std::span<std::uint8_t> out) {
+  const auto changed = [&](File& file, std::uint64_t offset, std::span<std::uint8_t> part) {
+    return transaction.Read(file, offset, part);
+  };
+  return ReadWith(changed, lba, count, out);
+}
+
+Result VobFileSet::ReadWith(const Reader& reader, std::uint32_t lba, std::uint32_t count,
+                            std::span<std::uint8_t> out) const {
   if (out.size() / kSectorSize < count) return Result::kFailed;
   const auto stretches = Cut(lba, count);
   if (stretches.empty()) return Result::kFailed;
   for (const Stretch& part : stretches) {
-    const auto read = part.vob->file->ReadAt(part.offset, out.subspan(part.begin, part.size));
+    const auto read = reader(*part.vob->file, part.offset, out.subspan(part.begin, part.size));
     if (read != part.size) return Result::kFailed;
   }
   return Result::kDone;

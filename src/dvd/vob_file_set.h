@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -51,6 +52,9 @@ class VobFileSet {
   // Reads `count` sectors from an LBA in set on, across file ends. Fails outside the set.
   [[nodiscard]] Result ReadSectors(std::uint32_t lba, std::uint32_t count,
                                    std::span<std::uint8_t> out);
+  // The same while a transaction runs, with its changes.
+  [[nodiscard]] Result ReadSectors(WriteTransaction& transaction, std::uint32_t lba,
+                                   std::uint32_t count, std::span<std::uint8_t> out);
   // Writes whole sectors from an LBA in set on, across file ends.
   [[nodiscard]] Result WriteSectors(WriteTransaction& transaction, std::uint32_t lba,
                                     ByteSpan sectors);
@@ -62,6 +66,8 @@ class VobFileSet {
   [[nodiscard]] bool Empty() const { return entries_.empty(); }
   [[nodiscard]] std::uint32_t TotalSectors() const;
   [[nodiscard]] bool CanSave() const { return canSave_; }
+  // From now on nothing may be written, as if the files were read-only.
+  void ForbidSaving() { canSave_ = fullTitleDomain_ = false; }
   [[nodiscard]] bool FullTitleDomain() const { return fullTitleDomain_; }
   void ClearFullTitleDomain() { fullTitleDomain_ = false; }
   [[nodiscard]] bool OpenedFromCache() const { return openedFromCache_; }
@@ -77,6 +83,10 @@ class VobFileSet {
     std::size_t begin;     // bytes in the caller's buffer
     std::size_t size;      // bytes
   };
+  using Reader = std::function<std::optional<std::size_t>(File&, std::uint64_t offset,
+                                                          std::span<std::uint8_t> out)>;
+  [[nodiscard]] Result ReadWith(const Reader& read, std::uint32_t lba, std::uint32_t count,
+                                std::span<std::uint8_t> out) const;
   // Cuts a run of sectors at the ends of the files; empty when part of it lies outside the set.
   [[nodiscard]] std::vector<Stretch> Cut(std::uint32_t lba, std::uint32_t count) const;
 

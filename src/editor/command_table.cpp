@@ -35,6 +35,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {kApplyLastToAll, "applyLastToAll", Menu::kEdit, "Apply last modifications to all \t(Ctrl-A)", "Ctrl+A", kIdleWithUnit, &Editor::ApplyLastToAll},
     {kReloadUnit, "reloadUnit", Menu::kEdit, "Reload this SPU from file \t(Ctrl-Z)", "Ctrl+Z", kIdleWithUnit, &Editor::ReloadCurrent, true},
     {kReloadAll, "reloadAll", Menu::kEdit, "Reload all SPUs from file", "", kIdleWithSet, &Editor::ReloadAll},
+    {kRestoreLastSaved, "restoreLastSaved", Menu::kEdit, "Restore last saved state", "", kIdleWithSet, &Editor::RestoreLastSaved},
 
     {kOcrCurrent, "ocrCurrent", Menu::kOcr, "OCR current subpic \t(Ctrl-T)", "Ctrl+T", kIdleWithUnit, &Editor::OcrCurrent},
     {kOcrSelected, "ocrSelected", Menu::kOcr, "OCR selected subpics \t(Ctrl-Shift-T)", "Ctrl+Shift+T", kIdleWithUnit, &Editor::OcrSelected},

@@ -31,6 +31,7 @@ enum class CommandId {
   kReloadAll,
   kUndo,
   kRedo,
+  kRestoreLastSaved,
   kOcrCurrent,
   kOcrSelected,
   kHideHearingImpaired,

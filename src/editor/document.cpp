@@ -38,9 +38,10 @@ void Document::Prepare() {
   if (Failed(ifo_.Load(path))) {
     session_.reporter.LogLine(
         Format("Couldn't read %s, the colors of the subpics are unknown", path.c_str()));
-    return;
+  } else {
+    cells_ = BuildCellMap(ifo_, firstVob);
   }
-  cells_ = BuildCellMap(ifo_, firstVob);
+  NoteStamps();
 }
 
 void Document::Scan(std::optional<std::vector<std::uint32_t>> lbas) {
@@ -130,7 +131,49 @@ bool Document::Modified() const {
 }
 
 Result Document::Save(JobControl& control) {
+  if (Failed(CheckUnchanged())) return Result::kFailed;
   return InSupMode() ? SaveIntoSup() : SaveVobs(control);
+}
+
+std::vector<std::string> Document::OpenedPaths() const {
+  if (InSupMode()) return {supPath_};
+  std::vector<std::string> paths;
+  for (const VobFile& vob : set_.Files()) paths.push_back(vob.path);
+  return paths;
+}
+
+std::vector<std::string> Document::JournaledPaths() const {
+  std::vector<std::string> paths = OpenedPaths();
+  std::string ifo = ifo_.Loaded() ? ifo_.Path() : "";
+  if (ifo.empty() && !set_.Empty()) {
+    ifo = FindIgnoringCase(session_.files, IfoPathOfVob(set_.Files().front().path));
+  }
+  if (ifo.empty()) return paths;
+  paths.push_back(ifo);
+  paths.push_back(FindIgnoringCase(session_.files, BackupPathOfIfo(ifo)));
+  return paths;
+}
+
+void Document::ForbidSaving() {
+  set_.ForbidSaving();
+  sup_.canWrite = false;
+}
+
+void Document::NoteStamps() {
+  stamps_.clear();
+  for (const std::string& path : JournaledPaths()) stamps_[path] = session_.files.Stamp(path);
+}
+
+Result Document::CheckUnchanged() {
+  for (const std::string& path : JournaledPaths()) {
+    if (session_.files.Stamp(path) == stamps_[path]) continue;
+    session_.reporter.ReportError(
+        Format("%s has been changed by something else since it was opened.\n"
+               "Nothing was written. Open the files again.",
+               path.c_str()));
+    return Result::kFailed;
+  }
+  return Result::kDone;
 }
 
 Result Document::SaveVobs(JobControl& control) {
@@ -139,6 +182,7 @@ Result Document::SaveVobs(JobControl& control) {
   const Result cluts = SaveCluts(*transaction);
   const Result units = SaveUnits(*transaction, control, saved);
   if (Failed(Commit(*transaction))) return Result::kFailed;
+  NoteStamps();
   if (!Failed(cluts)) MarkClutsSaved();
   history_.Clear();
   for (const OwnedUnit& unit : saved) (void)ReloadUnit(*unit);
@@ -182,6 +226,7 @@ Result Document::SaveUnits(WriteTransaction& transaction, JobControl& control, O
     if (!units[i]->state.modified) continue;
     if (Failed(WriteBack(*units[i], set_, transaction, Context()))) {
       result = Result::kFailed;
+      if (transaction.Broken()) break;
     } else {
       saved.push_back(units[i]);
     }

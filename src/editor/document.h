@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -55,6 +56,12 @@ class Document final : private PackConsumer {
   // The first file's path.
   [[nodiscard]] const std::string& Path() const;
   [[nodiscard]] const VobFileSet& Files() const { return set_; }
+  // As they were given, in their order: VOBs or the .sup file.
+  [[nodiscard]] std::vector<std::string> OpenedPaths() const;
+  // All files that a save or a retiming of this set changes, an IFO's backup included.
+  [[nodiscard]] std::vector<std::string> JournaledPaths() const;
+  // From now on nothing is written.
+  void ForbidSaving();
   // All units in the order of the scan, as a snapshot.
   [[nodiscard]] UnitList Units() const;
   [[nodiscard]] int UnitCount() const;
@@ -99,6 +106,10 @@ class Document final : private PackConsumer {
   bool CompleteUnit(int stream, std::int64_t timeOffset) override;
   void DropUnit(int stream) override;
   void StandardFound(VideoStandard standard) override;
+  // Remembers how the files are now, which CheckUnchanged compares with.
+  void NoteStamps();
+  // Refuses, with a message, files that something else has changed meanwhile.
+  [[nodiscard]] Result CheckUnchanged();
   Result SaveCluts(WriteTransaction& transaction);
   Result SaveVobs(JobControl& control);
   Result SaveIntoSup();
@@ -112,6 +123,7 @@ class Document final : private PackConsumer {
   VobFileSet set_;
   SupFile sup_;
   std::string supPath_;
+  std::map<std::string, std::optional<FileStamp>> stamps_;  // by path
   IfoFile ifo_;
   CellMap cells_;
   EditHistory history_{cells_};

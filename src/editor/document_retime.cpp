@@ -4,6 +4,7 @@
 namespace quillomar {
 
 Result Document::Retime(const UnitList& selection, double seconds, JobControl& control) {
+  if (Failed(CheckUnchanged())) return Result::kFailed;
   const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
   OwnedUnits units = Owned();
   const OwnedUnits moved = OwnedOf(selection);
@@ -16,7 +17,14 @@ Result Document::Retime(const UnitList& selection, double seconds, JobControl& c
     const std::lock_guard lock(mutex_);
     units_ = std::move(units);
   }
-  if (!Failed(transaction->Commit())) return result;
+  const bool done = !Failed(result);
+  if (done && !Failed(transaction->Commit())) {
+    NoteStamps();
+    return Result::kDone;
+  }
+  // The disc is as it was, but what is known of it is what it would have become.
+  ForbidSaving();
+  if (!done) return Result::kFailed;
   session_.reporter.ReportError(
       "The retiming could not be written safely to the disk.\n"
       "Restore the files or open them again before you go on.");

@@ -12,6 +12,7 @@ Result Document::OpenSup(const std::string& path) {
   if (!sup) return Result::kFailed;
   sup_ = std::move(*sup);
   supPath_ = path;
+  NoteStamps();
   const std::lock_guard lock(mutex_);
   units_.assign(sup_.units.begin(), sup_.units.end());
   standard_ = sup_.standard;
@@ -32,6 +33,7 @@ Result Document::AttachIfo(const std::string& path) {
     if (clut) cells_.cluts.push_back({*clut, *clut, 0, pgc});
   }
   if (!cells_.cluts.empty()) {
+    NoteStamps();
     UseClut(0);
     return Result::kDone;
   }
@@ -56,6 +58,7 @@ Result Document::SaveIntoSup() {
   }
   const Result cluts = SaveCluts(*transaction);
   if (Failed(Commit(*transaction))) return Result::kFailed;
+  NoteStamps();
   history_.Clear();
   if (!Failed(cluts)) MarkClutsSaved();
   if (positions && Failed(TakeSavedSup(*sup_.file, units, *positions, Context()))) {
@@ -70,12 +73,12 @@ Result Document::ExportSup(const UnitList& units, const std::string& path) {
     session_.reporter.ReportError("This file is open. Use \"Save all modifications\" to save it.");
     return Result::kFailed;
   }
-  const std::shared_ptr<File> file = OpenSupForSaving(session_.files, path);
+  const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
+  const std::shared_ptr<File> file = transaction->OpenOrCreate(path);
   if (!file) {
     session_.reporter.ReportError("Couldn't open file for writing!");
     return Result::kFailed;
   }
-  const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
   const auto positions = SaveSup(file, OwnedOf(units), *transaction, Context());
   return positions ? Commit(*transaction) : Result::kFailed;
 }

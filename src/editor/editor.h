@@ -21,6 +21,7 @@
 #include "editor/video_control.h"
 #include "editor/view.h"
 #include "editor/view_options.h"
+#include "journal/journal_folder.h"
 
 namespace quillomar {
 
@@ -166,6 +167,7 @@ class Editor {
   void ReloadAll();
   void Undo();
   void Redo();
+  void RestoreLastSaved();
   void ApplyLast();
   void ApplyLastToAll();
   void RetimeCurrent();
@@ -225,6 +227,12 @@ class Editor {
   SubpictureUnit& OpenCurrent(const char* name);
   void ShowStep(const EditStep* step);
   void OpenSupFile(const std::string& path);
+  [[nodiscard]] JournalFolder Journals();
+  // Opens files, after an interrupted change of them has been settled; where it was not, they are
+  // open for reading only and it returns false.
+  bool OpenSettled(const std::function<void()>& open);
+  [[nodiscard]] bool SettleJournals(const std::vector<std::string>& left);
+  [[nodiscard]] bool SettleJournal(const std::string& journal);
   void ChooseIfo();
   [[nodiscard]] std::string ProposedBitmapName() const;
   [[nodiscard]] ExchangeColours ExchangeColoursOfCurrent();
@@ -232,7 +240,7 @@ class Editor {
   void SaveBitmapAs(const std::string& path, int type);
   void ImportBitmap(const std::string& path, const TypeColours& colours);
   bool CloseCheck();
-  void StartScan();
+  void StartScan(bool mayBeFast);
   std::optional<std::size_t> ChooseFastOpen();
   std::optional<std::string> ChooseTarget(const std::string& title, const std::string& filter,
                                           const std::string& folder);

@@ -89,12 +89,14 @@ void Editor::OpenFiles(const std::vector<std::string>& paths, bool fullDomain) {
     return;
   }
   CloseFiles();
-  if (fullDomain) {
-    AddFullDomain(paths.front());
-  } else {
-    AddFiles(paths);
-  }
-  StartScan();
+  const bool settled = OpenSettled([&] {
+    if (fullDomain) {
+      AddFullDomain(paths.front());
+    } else {
+      AddFiles(paths);
+    }
+  });
+  StartScan(settled);
 }
 
 void Editor::AddFullDomain(const std::string& path) {
@@ -135,12 +137,12 @@ void Editor::DropFiles(const std::vector<std::string>& paths) {
   }
 }
 
-void Editor::StartScan() {
+void Editor::StartScan(bool mayBeFast) {
   if (!document_.IsOpen()) return;
   session_.reporter.OpenLog(session_.logPath);
   document_.Prepare();
   OpenVideo();
-  if (const auto known = ChooseFastOpen()) {
+  if (const auto known = mayBeFast ? ChooseFastOpen() : std::nullopt) {
     LoadRecent(*known);
     return;
   }

@@ -64,6 +64,11 @@ void Editor::LoadRecent(std::size_t entry) {
     CloseFiles();
     return;
   }
+  if (!Journals().Left(document_.JournaledPaths()).empty()) {
+    // What is known of the files may no longer hold.
+    OpenFiles(cache->paths, false);
+    return;
+  }
   session_.reporter.OpenLog(session_.logPath);
   document_.Prepare();
   OpenVideo();

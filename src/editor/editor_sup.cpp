@@ -23,7 +23,8 @@ void Editor::OpenSup() {
 
 void Editor::OpenSupFile(const std::string& path) {
   CloseFiles();
-  if (Failed(document_.OpenSup(path))) {
+  OpenSettled([&] { (void)document_.OpenSup(path); });
+  if (!document_.IsOpen()) {
     session_.reporter.ReportError(Format("Error opening %s", path.c_str()));
     return;
   }

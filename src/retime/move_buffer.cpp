@@ -39,7 +39,7 @@ Result MoveBuffer::Read(std::uint32_t begin, std::uint32_t end, Run& run) {
     const std::uint32_t count = std::min(end - begin, SectorStore::kBlockSectors);
     const SectorStore::Place place = store_.Take(count);
     for (std::uint32_t i = 0; i < count; ++i) run.push_back({place + i, false});
-    if (Failed(set_.ReadSectors(begin, count, store_.At(place, count)))) return Result::kFailed;
+    if (Failed(set_.ReadSectors(transaction_, begin, count, store_.At(place, count)))) return Result::kFailed;
     begin += count;
   }
   return Result::kDone;

@@ -69,12 +69,12 @@ Result UpdateNavPacks(std::vector<VobuEntry>& vobus, const NavChanges& changes, 
   reporter.LogLine("Updating VOBU SRI pointers");
   control.operation = Operation::kUpdatingPointers;
   const std::vector<SearchEntry> entries = SearchEntries();
-  SyncPointers sync(vobus, changes, set, reporter);
+  SyncPointers sync(vobus, changes, set, transaction, reporter);
   for (std::size_t i = 0; i < vobus.size(); ++i) {
     control.percent = static_cast<int>(i * 100 / vobus.size());
     VobuEntry& vobu = vobus[i];
     Sector sector;
-    if (Failed(set.ReadSectors(vobu.currentLba, 1, sector))) {
+    if (Failed(set.ReadSectors(transaction, vobu.currentLba, 1, sector))) {
       return RefuseNavPack(vobu, "read", reporter);
     }
     const Sector found = sector;

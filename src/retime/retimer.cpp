@@ -178,7 +178,10 @@ Retimer::Outcome Retimer::MovePacks(SubpictureUnit& unit, std::int64_t delta, st
   for (const SpuPack& pack : unit.packs) sources.push_back(pack.lba);
   const auto slots = FindSlots(buffer_, vobus[chosen], sources);
   if (!slots) return Refuse("Couldn't locate an empty slot!");
-  const auto held = [&](const SpuPack& pack) { return buffer_.Holds(pack.lba); };
+  const auto held = [&](const SpuPack& pack) {
+    return buffer_.Holds(pack.lba) &&
+           (!pack.payloadSum || *pack.payloadSum == PayloadSum(buffer_.At(pack.lba)));
+  };
   if (!std::all_of(unit.packs.begin(), unit.packs.end(), held) ||
       !BeginsUnit(buffer_.At(unit.Lba())) || !HasTimeStamp(buffer_.At(unit.Lba()))) {
     return Refuse("Problem moving the pack!");

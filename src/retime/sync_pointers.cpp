@@ -34,7 +34,7 @@ void SyncPointers::Update(std::size_t index, Sector& sector) {
 
 bool SyncPointers::IsAudio(std::uint32_t lba) {
   Sector sector;
-  if (Failed(set_.ReadSectors(lba, 1, sector))) return false;
+  if (Failed(set_.ReadSectors(transaction_, lba, 1, sector))) return false;
   const std::uint32_t code = GetInt(sector, kPesStartOffset);
   return ClassifyPack(sector).kind == PackKind::kAudio ||
          (code >= kFirstMpegAudio && code <= kLastMpegAudio);

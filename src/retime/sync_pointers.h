@@ -18,8 +18,12 @@ namespace quillomar {
 class SyncPointers {
  public:
   SyncPointers(const std::vector<VobuEntry>& vobus, const NavChanges& changes, VobFileSet& set,
-               Reporter& reporter)
-      : vobus_(vobus), changes_(changes), set_(set), reporter_(reporter) {}
+               WriteTransaction& transaction, Reporter& reporter)
+      : vobus_(vobus),
+        changes_(changes),
+        set_(set),
+        transaction_(transaction),
+        reporter_(reporter) {}
 
   // `sector` is the nav pack of VOBU `index`.
   void Update(std::size_t index, Sector& sector);
@@ -32,6 +36,7 @@ class SyncPointers {
   const std::vector<VobuEntry>& vobus_;
   const NavChanges& changes_;
   VobFileSet& set_;
+  WriteTransaction& transaction_;
   Reporter& reporter_;
 };
 

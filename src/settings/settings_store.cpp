@@ -99,7 +99,8 @@ std::string Truncated(std::string_view text) {
 }  // namespace
 
 ProgramPlace ProgramPlace::OfProcess(std::string_view firstArgument) {
-  return {std::string(firstArgument), ExecutablePath(), EnvironmentVariable("APPDATA")};
+  return {std::string(firstArgument), ExecutablePath(), EnvironmentVariable("APPDATA"),
+          StateFolder()};
 }
 
 void SettingsStore::Open(std::string_view programName, bool subfolder) {

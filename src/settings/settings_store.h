@@ -35,6 +35,7 @@ struct ProgramPlace {
   std::string firstArgument;           // the command line's own name for the program
   std::string modulePath;              // full path of the program; used when that name is empty
   std::optional<std::string> appData;  // the environment's "APPDATA"
+  std::string stateFolder = {};        // of what must be found again after a crash
 
   // As the running process has them.
   static ProgramPlace OfProcess(std::string_view firstArgument);

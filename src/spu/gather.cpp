@@ -132,6 +132,7 @@ bool SpuGatherer::BeginUnit(SectorView pack, const PackContext& place, const Spu
 GatherResult SpuGatherer::AddPack(SectorView pack, const PackContext& place,
                                   const SpuContext& context) {
   unit_.packs.push_back(PackAt(place));
+  unit_.packs.back().payloadSum = PayloadSum(pack);
   if (IsPaddingPack(pack)) return GatherResult::kNeedMore;
   TakeButtons(place);
   if (IsScrambled(pack)) {

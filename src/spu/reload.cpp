@@ -4,6 +4,7 @@
 #include "spu/colour_edit.h"
 #include "spu/pack_reader.h"
 #include "spu/parse.h"
+#include "spu/spu_pack.h"
 #include "spu/unit_assembly.h"
 #include "spu/write_back.h"
 
@@ -37,7 +38,11 @@ Result Reload(SubpictureUnit& unit, VobFileSet& set, const SpuContext& context) 
   auto found = unreadable ? std::nullopt : Assemble(packs, unit.SubStreamId());
   if (!found) return ReportReloadFailure(context);
   const int freeRoom = found->assembly.FreeRoom(kReloadRoomReserve, found->freedPacks);
-  return TakeBytesAgain(unit, found->assembly.TakeData(), freeRoom, context);
+  if (Failed(TakeBytesAgain(unit, found->assembly.TakeData(), freeRoom, context))) {
+    return Result::kFailed;
+  }
+  for (std::size_t i = 0; i < packs.size(); ++i) unit.packs[i].payloadSum = PayloadSum(packs[i]);
+  return Result::kDone;
 }
 
 }  // namespace quillomar

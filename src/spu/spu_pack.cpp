@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/checksum.h"
 #include "dvd/big_endian.h"
 
 namespace quillomar {
@@ -45,6 +46,12 @@ bool BeginsUnit(SectorView pack) {
 
 bool HasTimeStamp(SectorView pack) {
   return BeginsUnit(pack) && HeaderDataLength(pack) >= static_cast<int>(kTimeStampSize);
+}
+
+std::uint64_t PayloadSum(SectorView pack) {
+  const std::size_t headers =
+      kPesHeaderDataOffset + static_cast<std::size_t>(HeaderDataLength(pack));
+  return Checksum(ByteSpan(pack).subspan(IsPaddingPack(pack) ? kPesStartOffset : headers));
 }
 
 }  // namespace quillomar

@@ -41,6 +41,9 @@ using MutableSector = std::span<std::uint8_t, kSectorSize>;
 [[nodiscard]] bool IsPackOfStream(SectorView pack, std::uint8_t subStreamId);
 // PES header data with the time stamp flag set: the first pack of a unit.
 [[nodiscard]] bool BeginsUnit(SectorView pack);
+// Checksum of what the pack carries, its headers left out: a pack may be moved in between and get
+// another time.
+[[nodiscard]] std::uint64_t PayloadSum(SectorView pack);
 // The header data with room for a time stamp, flagged as one.
 [[nodiscard]] bool HasTimeStamp(SectorView pack);
 

@@ -113,6 +113,8 @@ struct SpuPack {
   int fileIndex = 0;  // in the file set
   std::uint32_t lbaInFile = 0;
   std::uint32_t lba = 0;  // LBA in set
+  // PayloadSum as it was read; nothing when it is not known.
+  std::optional<std::uint64_t> payloadSum = {};
   friend bool operator==(const SpuPack&, const SpuPack&) = default;
 };
 

@@ -139,10 +139,6 @@ std::optional<SupFile> LoadSup(FileSystem& files, const std::string& path, Repor
   return sup;
 }
 
-std::shared_ptr<File> OpenSupForSaving(FileSystem& files, const std::string& path) {
-  return files.Open(path, OpenMode::kCreateKeeping);
-}
-
 std::optional<SupPositions> SaveSup(const std::shared_ptr<File>& file, const SupUnits& units,
                                     WriteTransaction& transaction, const SpuContext& context) {
   std::vector<Bytes> records;

@@ -46,9 +46,6 @@ struct SupFile {
 [[nodiscard]] std::optional<SupFile> LoadSup(FileSystem& files, const std::string& path,
                                              Reporter& reporter, ReportLimit& limit);
 
-// Opens a file for SaveSup, creating it where it is missing; null when it cannot be opened.
-[[nodiscard]] std::shared_ptr<File> OpenSupForSaving(FileSystem& files, const std::string& path);
-
 // Writes the units from the start of the file on, each without its spare room; what the file held
 // beyond them stays. The units are not changed. Fails with a message, without a write when a unit
 // cannot be read again.

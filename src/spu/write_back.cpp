@@ -7,6 +7,7 @@
 #include "spu/compact.h"
 #include "spu/pack_filler.h"
 #include "spu/pack_reader.h"
+#include "spu/spu_pack.h"
 #include "spu/unit_assembly.h"
 
 namespace quillomar {
@@ -38,13 +39,18 @@ bool PacksHold(std::span<const Sector> packs, const SubpictureUnit& unit, const 
          SameTime(unit, packs.front());
 }
 
+bool IsAsRead(const SpuPack& known, SectorView pack) {
+  return !known.payloadSum || *known.payloadSum == PayloadSum(pack);
+}
+
 // Refuses, before the first write, packs that are not what was gathered.
 Result CheckPacks(const SubpictureUnit& unit, std::span<const Sector> packs,
                   const SpuContext& context) {
   for (std::size_t i = 0; i < packs.size(); ++i) {
     const SectorView pack = packs[i];
     const bool reusable = i > 0 && IsPaddingPack(pack);
-    if (reusable || (IsPackOfStream(pack, unit.SubStreamId()) && !IsScrambled(pack))) continue;
+    const bool ofStream = IsPackOfStream(pack, unit.SubStreamId()) && !IsScrambled(pack);
+    if ((reusable || ofStream) && IsAsRead(unit.packs[i], pack)) continue;
     context.reporter.ReportError(
         Format("The %d-th subpic pack at LBA %u has changed or is scrambled.\n"
                "Subpic %d was not saved.\n",

@@ -8,7 +8,6 @@
 
 #include "base/paths.h"
 #include "base/platform.h"
-#include "base/transaction.h"
 #include "support/memory_files.h"
 
 namespace quillomar {
@@ -90,23 +89,6 @@ TEST(Paths, FilesAreFoundWithoutRegardToCase) {
   files.Put("/d/vts_01_0.ifo", {1});
   EXPECT_EQ(FindIgnoringCase(files, "/d/VTS_01_0.IFO"), "/d/vts_01_0.ifo");
   EXPECT_EQ(FindIgnoringCase(files, "/d/VTS_02_0.IFO"), "/d/VTS_02_0.IFO");
-}
-
-TEST(DirectTransaction, WritesOnlyWhatChangesAndReportsFailure) {
-  test::MemoryFileSystem files;
-  files.Put("/f", {1, 2, 3});
-  const std::shared_ptr<File> file = files.Open("/f", OpenMode::kReadWrite);
-  DirectTransactionSource source;
-  auto transaction = source.Begin();
-  const Bytes same = {2, 3};
-  ASSERT_EQ(transaction->Write(file, 1, same), Result::kDone);
-  EXPECT_EQ(files.WritesDone(), 0);
-  const Bytes other = {9};
-  ASSERT_EQ(transaction->Write(file, 1, other), Result::kDone);
-  EXPECT_EQ(files.Content("/f"), (Bytes{1, 9, 3}));
-  EXPECT_EQ(transaction->Commit(), Result::kDone);
-  files.FailWritesFrom(0);
-  EXPECT_EQ(transaction->Write(file, 0, other), Result::kFailed);
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ class FastOpenTest : public testing::TestWithParam<const char*> {
   // The program's own description of all it found.
   std::string Listing(const char* command, FastOpen choice) {
     const auto disk = MakeDiskFileSystem();
-    Session cli(*disk, std::make_unique<DirectTransactionSource>());
+    Session cli(*disk, session.stateFolder);
     cli.dataFolder = session.dataFolder;
     std::vector<std::string> arguments = {command, "--json"};
     if (choice == FastOpen::kAlways) arguments.push_back("--fast");
@@ -58,7 +58,7 @@ class FastOpenTest : public testing::TestWithParam<const char*> {
   std::vector<std::string> questions, errors;
   bool answer = true;
   std::unique_ptr<FileSystem> files = MakeDiskFileSystem();
-  Session session{*files, std::make_unique<DirectTransactionSource>()};
+  Session session{*files, testing::TempDir() + "/state"};
   CliFrontEnd frontEnd;
   InlineJobRunner runner;
   Editor editor{session, frontEnd, runner};

@@ -1,10 +1,12 @@
 #include "disc/open_disc.h"
 
+#include "base/paths.h"
+
 namespace quillomar::test {
 CliOutcome Cli(std::vector<std::string> arguments, const std::vector<std::string>& files) {
   arguments.insert(arguments.end(), files.begin(), files.end());
   const auto disk = MakeDiskFileSystem();
-  Session session(*disk, std::make_unique<DirectTransactionSource>());
+  Session session(*disk, StateFolderBeside(files.empty() ? "" : files.front()));
   session.makeOcrEngine = [&session] {
     return MakeOcrEngine(session.files, session.reporter, "");
   };
@@ -15,7 +17,12 @@ CliOutcome Cli(std::vector<std::string> arguments, const std::vector<std::string
   return {exitCode, out.str(), err.str()};
 }
 
-OpenEditor::OpenEditor(const std::vector<std::string>& paths) {
+std::string StateFolderBeside(const std::string& path) {
+  return SplitPath(path).folder + "state";
+}
+
+OpenEditor::OpenEditor(const std::vector<std::string>& paths)
+    : session_(*files_, StateFolderBeside(paths.front())) {
   const auto agree = [this](const std::string& question) {
     questions.push_back(question);
     return true;

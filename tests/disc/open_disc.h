@@ -18,6 +18,9 @@ struct CliOutcome {
   std::string out, err;
 };
 
+// Where these programs keep their journals: in the folder of the file.
+std::string StateFolderBeside(const std::string& path);
+
 // Runs the command-line program on files, inside this process.
 CliOutcome Cli(std::vector<std::string> arguments, const std::vector<std::string>& files);
 
@@ -33,7 +36,7 @@ class OpenEditor {
 
  private:
   std::unique_ptr<FileSystem> files_ = MakeDiskFileSystem();
-  Session session_{*files_, std::make_unique<DirectTransactionSource>()};
+  Session session_;
   CliFrontEnd frontEnd_;
   InlineJobRunner runner_;
   Editor editor_{session_, frontEnd_, runner_};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -83,7 +85,7 @@ class PlayingEditor final : private VideoHost {
   std::deque<std::function<void()>> posted_;
   std::function<void()> look_;
   std::unique_ptr<FileSystem> files_ = MakeDiskFileSystem();
-  Session session_{*files_, std::make_unique<DirectTransactionSource>()};
+  Session session_{*files_, testing::TempDir() + "/state"};
   Front frontEnd_{*this};
   InlineJobRunner runner_;
   Editor editor_{session_, frontEnd_, runner_};

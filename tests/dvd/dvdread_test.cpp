@@ -12,6 +12,7 @@
 #include "dvd/ifo_layout.h"
 #include "dvd/pack.h"
 #include "dvd/vob_name.h"
+#include "support/direct_transaction.h"
 #include "support/message_collector.h"
 
 // Holds the IFO reader against libdvdread, on the demo discs: the folders named by QUILLOMAR_DISCS
@@ -236,7 +237,7 @@ TEST_F(Dvdread, SeesTheColoursThatWereWritten) {
   clut[1] = ToYCrCb(Rgb{12, 200, 99});
   clut[15] = {1, 2, 3};
   ASSERT_EQ(ifo.SetClut(0, 1, clut), Result::kDone);
-  const auto transaction = DirectTransactionSource().Begin();
+  const auto transaction = test::DirectTransactionSource(*files).Begin();
   ASSERT_EQ(ifo.Write(*transaction), Result::kDone);
   ASSERT_EQ(transaction->Commit(), Result::kDone);
 

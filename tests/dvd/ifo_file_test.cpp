@@ -7,6 +7,7 @@
 #include "dvd/big_endian.h"
 #include "dvd/cell_map.h"
 #include "dvd/ifo_layout.h"
+#include "support/direct_transaction.h"
 #include "support/ifo_builder.h"
 #include "support/message_collector.h"
 
@@ -53,7 +54,7 @@ class Ifo : public testing::Test {
 
   test::MessageCollector messages;
   IfoFile ifo{messages.files, messages.reporter};
-  DirectTransactionSource transactions;
+  test::DirectTransactionSource transactions{messages.files};
 };
 
 TEST_F(Ifo, AccessStopsOneByteShortOfTheLastWholeKib) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "dvd/vob_name.h"
+#include "support/direct_transaction.h"
 #include "support/message_collector.h"
 
 namespace quillomar {
@@ -114,7 +115,7 @@ TEST_F(FileSet, SectorsRunOnAcrossPiecesAndAPartSectorDoesNotCount) {
   EXPECT_EQ(set.ReadSectors(0, 3, buffer), Result::kFailed);
 
   std::fill(buffer.begin(), buffer.end(), std::uint8_t{9});
-  auto transaction = DirectTransactionSource().Begin();
+  auto transaction = test::DirectTransactionSource(messages.files).Begin();
   ASSERT_EQ(set.WriteSectors(*transaction, 2, buffer), Result::kDone);
   const Bytes& first = messages.files.Content("/d/VTS_01_1.VOB");
   EXPECT_EQ(first[2 * kSectorSize - 1], 1);

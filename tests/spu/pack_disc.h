@@ -6,6 +6,7 @@
 
 #include "spu/gather.h"
 #include "spu/write_back.h"
+#include "support/direct_transaction.h"
 #include "support/message_collector.h"
 #include "support/pack_builder.h"
 #include "support/spu_builder.h"
@@ -66,6 +67,8 @@ class PackDisc {
     const auto transaction = source_.Begin();
     const Result written = WriteBack(unit, set, *transaction, Context());
     EXPECT_EQ(transaction->Commit(), Result::kDone);
+    // Reading the unit again would make them known, and drop its edits.
+    for (SpuPack& pack : unit.packs) pack.payloadSum.reset();
     return written;
   }
   Result Load(SubpictureUnit& unit) { return Reload(unit, set, Context()); }
@@ -78,7 +81,7 @@ class PackDisc {
   Highlight highlight;
 
  private:
-  DirectTransactionSource source_;
+  DirectTransactionSource source_{messages.files};
   int stream_;
   std::uint32_t count_ = 0;
 };

@@ -7,6 +7,7 @@
 #include "spu/colour_edit.h"
 #include "spu/parse.h"
 #include "spu/run_length.h"
+#include "support/direct_transaction.h"
 
 namespace quillomar {
 namespace {
@@ -58,13 +59,13 @@ class Sup : public testing::Test {
     return positions;
   }
   std::optional<SupPositions> SaveAs(const std::string& path, const SupUnits& units) {
-    return Save(OpenSupForSaving(messages.files, path), units);
+    return Save(source.Begin()->OpenOrCreate(path), units);
   }
   const Bytes& Content(const std::string& path) { return messages.files.Content(path); }
 
   MessageCollector messages;
   ReportLimit limit{messages.reporter};
-  DirectTransactionSource source;
+  DirectTransactionSource source{messages.files};
 };
 
 TEST_F(Sup, ReadsRecordsAsUnitsWithoutADisc) {
@@ -289,7 +290,7 @@ TEST_F(Sup, AReadOnlyFileIsLoadedAndAMissingOneIsNot) {
   EXPECT_EQ(messages.errors,
             (std::vector<std::string>{
                 "File /s/film.sup is read-only, you won't be able to save your changes!"}));
-  EXPECT_FALSE(OpenSupForSaving(messages.files, kPath));
+  EXPECT_FALSE(source.Begin()->OpenOrCreate(kPath));
   EXPECT_FALSE(LoadSup(messages.files, "/s/none.sup", messages.reporter, limit));
   EXPECT_EQ(messages.errors.size(), 1U);
   messages.files.Content(kPath).resize(20);

@@ -298,6 +298,17 @@ TEST(WriteBack, RefusesBeforeItWrites) {
   EXPECT_EQ(image, Bytes(before.begin(), before.begin() + 2 * kSectorSize + 100));
 }
 
+TEST(WriteBack, RefusesPacksThatSomethingElseHasChanged) {
+  PackDisc disc(MakeSubpicturePacks(UnitOfSize(3000), {}));
+  SubpictureUnit unit = disc.GatherOne();
+  disc.Image()[2 * kSectorSize + 700] ^= 1;
+  const Bytes changed = disc.Image();
+  Replace(unit, UnitOfSize(2900), disc);
+  EXPECT_EQ(disc.Write(unit), Result::kFailed);
+  EXPECT_EQ(disc.Image(), changed);
+  EXPECT_EQ(disc.messages.errors.size(), 1U);
+}
+
 TEST(WriteBack, ReportsTheWriteThatFailsAndCanBeRepeated) {
   for (int failing = 0; failing < 3; ++failing) {
     PackDisc disc(MakeSubpicturePacks(UnitOfSize(6000), {}));

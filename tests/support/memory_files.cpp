@@ -9,8 +9,9 @@ namespace quillomar::test {
 
 class MemoryFile final : public File {
  public:
-  MemoryFile(MemoryFileSystem& files, std::shared_ptr<MemoryFileSystem::Node> node, bool writable)
-      : files_(files), node_(std::move(node)), writable_(writable) {}
+  MemoryFile(const std::string& path, MemoryFileSystem& files,
+             std::shared_ptr<MemoryFileSystem::Node> node, bool writable)
+      : File(path), files_(files), node_(std::move(node)), writable_(writable) {}
 
   std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) override {
     const auto bad = node_->badByte;
@@ -53,7 +54,8 @@ bool MemoryFileSystem::TakeWrite() {
 }
 
 std::unique_ptr<File> MemoryFileSystem::Open(const std::string& path, OpenMode mode) {
-  const bool creates = mode == OpenMode::kCreate || mode == OpenMode::kCreateKeeping;
+  const bool empties = mode == OpenMode::kCreate || mode == OpenMode::kCreateLocked;
+  const bool creates = empties || mode == OpenMode::kCreateKeeping;
   auto found = nodes_.find(path);
   if (found == nodes_.end()) {
     if (!creates) return nullptr;
@@ -62,8 +64,8 @@ std::unique_ptr<File> MemoryFileSystem::Open(const std::string& path, OpenMode m
   }
   const bool writes = mode != OpenMode::kReadOnly;
   if (writes && found->second->readOnly) return nullptr;
-  if (mode == OpenMode::kCreate) found->second->bytes.clear();
-  return std::make_unique<MemoryFile>(*this, found->second, writes);
+  if (empties) found->second->bytes.clear();
+  return std::make_unique<MemoryFile>(path, *this, found->second, writes);
 }
 
 bool MemoryFileSystem::Exists(const std::string& path) {
@@ -77,10 +79,16 @@ bool MemoryFileSystem::IsFolder(const std::string& path) {
   return next != nodes_.end() && next->first.compare(0, prefix.size(), prefix) == 0;
 }
 
-std::optional<std::int64_t> MemoryFileSystem::ModificationTime(const std::string& path) {
+std::optional<FileStamp> MemoryFileSystem::Stamp(const std::string& path) {
   const auto found = nodes_.find(path);
   if (found == nodes_.end()) return std::nullopt;
-  return found->second->time;
+  const Node& node = *found->second;
+  return FileStamp{node.serial, node.bytes.size(), node.time};
+}
+
+bool MemoryFileSystem::MayWrite(const std::string& path) {
+  const auto found = nodes_.find(path);
+  return found != nodes_.end() && !found->second->readOnly;
 }
 
 std::vector<std::string> MemoryFileSystem::List(const std::string& folder) {
@@ -115,6 +123,7 @@ void MemoryFileSystem::Put(const std::string& path, Bytes content) {
   auto node = std::make_shared<Node>();
   node->bytes = std::move(content);
   node->time = ++clock_;
+  node->serial = static_cast<std::uint64_t>(clock_);
   nodes_[path] = std::move(node);
 }
 

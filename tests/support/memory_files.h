@@ -15,11 +15,15 @@ class MemoryFileSystem : public FileSystem {
   std::unique_ptr<File> Open(const std::string& path, OpenMode mode) override;
   bool Exists(const std::string& path) override;
   bool IsFolder(const std::string& path) override;
-  std::optional<std::int64_t> ModificationTime(const std::string& path) override;
+  std::optional<FileStamp> Stamp(const std::string& path) override;
+  std::string Canonical(const std::string& path) override { return path; }
+  bool MayWrite(const std::string& path) override;
+  std::optional<std::uint64_t> FreeSpace(const std::string&) override { return freeSpace_; }
   std::vector<std::string> List(const std::string& folder) override;
   Result CreateFolder(const std::string& path) override;
   Result Remove(const std::string& path) override;
   Result Rename(const std::string& from, const std::string& to) override;
+  Result SyncFolder(const std::string&) override { return Result::kDone; }
 
   void Put(const std::string& path, Bytes content);
   // Content of a file that must exist.
@@ -27,6 +31,7 @@ class MemoryFileSystem : public FileSystem {
   void SetReadOnly(const std::string& path) { nodes_.at(path)->readOnly = true; }
   // Reads that touch this byte fail.
   void FailReadsOf(const std::string& path, std::uint64_t offset);
+  void SetFreeSpace(std::uint64_t bytes) { freeSpace_ = bytes; }
   void SetModificationTime(const std::string& path, std::int64_t time);
 
   // From now on the n-th write from here (0 = the next one) and all later ones fail; -1: none does.
@@ -37,6 +42,7 @@ class MemoryFileSystem : public FileSystem {
   friend class MemoryFile;
   struct Node {
     Bytes bytes;
+    std::uint64_t serial = 0;
     std::int64_t time = 0;
     bool readOnly = false;
     std::optional<std::uint64_t> badByte;
@@ -45,6 +51,7 @@ class MemoryFileSystem : public FileSystem {
 
   std::map<std::string, std::shared_ptr<Node>> nodes_;
   std::map<std::string, bool> folders_;
+  std::uint64_t freeSpace_ = std::uint64_t{1} << 40;
   std::int64_t clock_ = 1;
   int writesLeft_ = -1;
   int writesDone_ = 0;

@@ -43,8 +43,11 @@ class GatedFileSystem final : public FileSystem {
   }
   bool Exists(const std::string& path) override { return disk_->Exists(path); }
   bool IsFolder(const std::string& path) override { return disk_->IsFolder(path); }
-  std::optional<std::int64_t> ModificationTime(const std::string& path) override {
-    return disk_->ModificationTime(path);
+  std::optional<FileStamp> Stamp(const std::string& path) override { return disk_->Stamp(path); }
+  std::string Canonical(const std::string& path) override { return disk_->Canonical(path); }
+  bool MayWrite(const std::string& path) override { return disk_->MayWrite(path); }
+  std::optional<std::uint64_t> FreeSpace(const std::string& folder) override {
+    return disk_->FreeSpace(folder);
   }
   std::vector<std::string> List(const std::string& folder) override { return disk_->List(folder); }
   Result CreateFolder(const std::string& path) override { return disk_->CreateFolder(path); }
@@ -52,13 +55,15 @@ class GatedFileSystem final : public FileSystem {
   Result Rename(const std::string& from, const std::string& to) override {
     return disk_->Rename(from, to);
   }
+  Result SyncFolder(const std::string& folder) override { return disk_->SyncFolder(folder); }
 
   Gate gate;
 
  private:
   class GatedFile final : public File {
    public:
-    GatedFile(Gate& gate, std::unique_ptr<File> file) : gate_(gate), file_(std::move(file)) {}
+    GatedFile(Gate& gate, std::unique_ptr<File> file)
+        : File(file->Path()), gate_(gate), file_(std::move(file)) {}
     std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) override {
       gate_.Pass();
       return file_->ReadAt(offset, out);

@@ -1,0 +1,211 @@
+#include "journal/journal_folder.h"
+
+#include <algorithm>
+#include <set>
+
+#include "base/checksum.h"
+#include "base/format.h"
+#include "base/paths.h"
+#include "journal/journal_format.h"
+
+namespace quillomar {
+namespace {
+
+constexpr const char* kRunning = ".journal";
+constexpr const char* kSaved = ".saved";
+// Saved transactions that are kept, over all discs: some gigabytes at worst.
+constexpr std::size_t kMostSaved = 3;
+
+Result PutBackOne(File& journal, const JournaledFile& known, File& file) {
+  if (file.Size() != known.size && Failed(file.SetSize(known.size))) return Result::kFailed;
+  Bytes bytes;
+  for (const KeptBytes& kept : known.kept) {
+    bytes.resize(kept.size);
+    if (journal.ReadAt(kept.journal, bytes) != bytes.size()) return Result::kFailed;
+    if (Failed(file.WriteAt(kept.place, bytes))) return Result::kFailed;
+  }
+  return file.Sync();
+}
+
+bool NamesOneOf(const std::vector<JournaledFile>& known, const std::vector<std::string>& paths) {
+  return std::any_of(known.begin(), known.end(), [&](const JournaledFile& file) {
+    return std::find(paths.begin(), paths.end(), file.path) != paths.end();
+  });
+}
+
+}  // namespace
+
+Result PutBack(FileSystem& files, File& journal, const std::vector<JournaledFile>& known,
+               const std::vector<std::shared_ptr<File>>& handles) {
+  Result result = Result::kDone;
+  std::set<std::string> folders;
+  for (std::size_t i = 0; i < known.size(); ++i) {
+    const JournaledFile& file = known[i];
+    if (file.created) {
+      if (files.Exists(file.path) && Failed(files.Remove(file.path))) result = Result::kFailed;
+      folders.insert(SplitPath(file.path).folder);
+    } else if (!handles.at(i) || Failed(PutBackOne(journal, file, *handles[i]))) {
+      result = Result::kFailed;
+    }
+  }
+  for (const std::string& folder : folders) {
+    if (Failed(files.SyncFolder(folder))) result = Result::kFailed;
+  }
+  return result;
+}
+
+std::vector<std::string> JournalFolder::Canonical(const std::vector<std::string>& paths) {
+  std::vector<std::string> canonical;
+  for (const std::string& path : paths) canonical.push_back(files_.Canonical(path));
+  return canonical;
+}
+
+std::vector<std::string> JournalFolder::Find(const char* extension,
+                                             const std::vector<std::string>& paths) {
+  std::vector<std::string> found;
+  for (const std::string& name : files_.List(path_)) {
+    if (SplitPath(name).extension != extension) continue;
+    const auto journal = files_.Open(JoinPath(path_, name), OpenMode::kReadOnly);
+    const auto known = journal ? ReadJournal(*journal, JournalDepth::kNames) : std::nullopt;
+    if (known && NamesOneOf(*known, paths)) found.push_back(JoinPath(path_, name));
+  }
+  return found;
+}
+
+std::vector<std::string> JournalFolder::Left(const std::vector<std::string>& paths) {
+  std::vector<std::string> left = Find(kRunning, Canonical(paths));
+  const auto running = [this](const std::string& journal) {
+    return !files_.Open(journal, OpenMode::kExclusiveWrite);
+  };
+  left.erase(std::remove_if(left.begin(), left.end(), running), left.end());
+  return left;
+}
+
+std::vector<std::string> JournalFolder::FilesOf(const std::string& journal) {
+  std::vector<std::string> paths;
+  const auto file = files_.Open(journal, OpenMode::kReadOnly);
+  const auto known = file ? ReadJournal(*file, JournalDepth::kNames) : std::nullopt;
+  if (!known) return paths;
+  for (const JournaledFile& each : *known) paths.push_back(each.path);
+  return paths;
+}
+
+std::unique_ptr<File> JournalFolder::Lock(const std::string& journal) {
+  auto file = files_.Open(journal, OpenMode::kExclusiveWrite);
+  if (!file) reporter_.ReportError("Another Quillomar is changing or restoring these files.");
+  return file;
+}
+
+Result JournalFolder::Restore(const std::string& journal) {
+  const auto file = Lock(journal);
+  return file ? RestoreLocked(*file, journal) : Result::kFailed;
+}
+
+std::shared_ptr<File> JournalFolder::OpenKnown(const JournaledFile& known, File& journal) {
+  std::shared_ptr<File> file = files_.Open(known.path, OpenMode::kExclusiveWrite);
+  if (!file) {
+    reporter_.ReportError(
+        Format("%s is missing, in use or cannot be written.\n"
+               "Nothing was restored; it can be done later.",
+               known.path.c_str()));
+    return nullptr;
+  }
+  if (IdentityBefore(*file, known, journal) == known.identity) return file;
+  reporter_.ReportError(
+      Format("%s is not the file that was being changed: another one stands in its place.\n"
+             "Nothing was restored.",
+             known.path.c_str()));
+  return nullptr;
+}
+
+Result JournalFolder::RestoreLocked(File& journal, const std::string& path) {
+  const auto known = ReadJournal(journal);
+  if (!known) return Result::kFailed;
+  std::vector<std::shared_ptr<File>> handles;
+  for (const JournaledFile& file : *known) {
+    handles.push_back(file.created ? nullptr : OpenKnown(file, journal));
+    if (!file.created && !handles.back()) return Result::kFailed;
+  }
+  if (Failed(PutBack(files_, journal, *known, handles))) {
+    reporter_.ReportError(
+        "The files could not be restored completely. Try again once the disk works.");
+    return Result::kFailed;
+  }
+  return Drop(path);
+}
+
+Result JournalFolder::Forget(const std::string& journal) {
+  const auto file = Lock(journal);
+  return file ? Drop(journal) : Result::kFailed;
+}
+
+std::optional<std::string> JournalFolder::Saved(const std::vector<std::string>& paths) {
+  const std::vector<std::string> saved = Find(kSaved, Canonical(paths));
+  const auto newest =
+      std::max_element(saved.begin(), saved.end(), [this](const auto& a, const auto& b) {
+        return files_.ModificationTime(a) < files_.ModificationTime(b);
+      });
+  return newest == saved.end() ? std::nullopt : std::optional(*newest);
+}
+
+Result JournalFolder::TakeBack(const std::string& journal) {
+  const auto file = Lock(journal);
+  const auto known = file ? ReadJournal(*file) : std::nullopt;
+  if (!known) return Result::kFailed;
+  for (const JournaledFile& each : *known) {
+    const auto stamp = files_.Stamp(each.path);
+    if (stamp && each.left && stamp->size == each.left->size &&
+        stamp->modified == each.left->modified) {
+      continue;
+    }
+    reporter_.ReportError(Format("%s has been changed since it was saved.\nNothing was restored.",
+                                 each.path.c_str()));
+    return Result::kFailed;
+  }
+  // From here on it is a transaction that was interrupted.
+  const std::string running = path_ + PathSeparator() + SplitPath(journal).title + kRunning;
+  if (files_.Exists(running) || Failed(files_.Rename(journal, running)) ||
+      Failed(files_.SyncFolder(path_))) {
+    reporter_.ReportError("The journal could not be prepared. Nothing was restored.");
+    return Result::kFailed;
+  }
+  return RestoreLocked(*file, running);
+}
+
+std::string JournalFolder::JournalPath(const std::string& firstFile) const {
+  const Bytes name(firstFile.begin(), firstFile.end());
+  return JoinPath(path_,
+                  Format("%016llx", static_cast<unsigned long long>(Checksum(name))) + kRunning);
+}
+
+bool JournalFolder::Claimed(const std::string& canonicalPath, const std::string& own) {
+  const std::vector<std::string> journals = Find(kRunning, {canonicalPath});
+  return std::any_of(journals.begin(), journals.end(),
+                     [&](const std::string& journal) { return journal != own; });
+}
+
+Result JournalFolder::Retire(const std::string& journal, const std::vector<std::string>& paths) {
+  const std::string saved = JoinPath(path_, SplitPath(journal).title + kSaved);
+  if (Failed(files_.Rename(journal, saved))) return Result::kFailed;
+  // All that was written is safe already. Should the new name not last, the files can be made what
+  // they were before: that is as good.
+  (void)files_.SyncFolder(path_);
+  for (const std::string& older : Find(kSaved, paths)) {
+    if (older != saved) (void)files_.Remove(older);
+  }
+  std::vector<std::pair<std::int64_t, std::string>> byAge;
+  for (const std::string& name : files_.List(path_)) {
+    const std::string path = JoinPath(path_, name);
+    if (SplitPath(name).extension != kSaved) continue;
+    byAge.emplace_back(files_.ModificationTime(path).value_or(0), path);
+  }
+  std::sort(byAge.begin(), byAge.end());
+  for (std::size_t i = 0; i + kMostSaved < byAge.size(); ++i) (void)files_.Remove(byAge[i].second);
+  return Result::kDone;
+}
+
+Result JournalFolder::Drop(const std::string& path) {
+  return Failed(files_.Remove(path)) ? Result::kFailed : files_.SyncFolder(path_);
+}
+
+}  // namespace quillomar
