@@ -21,12 +21,13 @@ window_manager_runs() {
   xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'
 }
 
-# start_display FOLDER: starts Xvfb and openbox, with their logs in FOLDER, and exports DISPLAY.
+# start_display FOLDER: starts Xvfb, as large as SCREEN_SIZE says, and openbox, with their logs in FOLDER, and
+# exports DISPLAY.
 start_display() {
   local folder=$1 number=$1/display-number
   mkdir -p "$folder"
   : >"$number"
-  Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$number" >"$folder/xvfb.log" 2>&1 &
+  Xvfb -displayfd 3 -screen 0 "${SCREEN_SIZE:-1280x900}x24" -nolisten tcp 3>"$number" >"$folder/xvfb.log" 2>&1 &
   display_pids+=($!)
   wait_until 20 test -s "$number" || { cat "$folder/xvfb.log" >&2; echo "Xvfb did not start" >&2; return 1; }
   DISPLAY=:$(<"$number")

@@ -53,6 +53,7 @@ void ProgressWindow::Begin(const QString& title, bool canStop) {
     adjustSize();
     move(parentWidget()->frameGeometry().center() - rect().center());
   }
+  place_ = pos();
   show();
 }
 
@@ -67,8 +68,13 @@ void ProgressWindow::ShowProgress(const JobProgress& progress) {
                                       : "This cannot be stopped: the files must be written whole");
 }
 
+// After a job of a moment the desktop may not have told yet that the window has a frame, or that it
+// was moved for the frame's sake; then its place is the one that was asked for.
 void ProgressWindow::End() {
+  const QPoint frame = geometry().topLeft() - frameGeometry().topLeft();
+  const bool unsettled = frame.isNull() || geometry().topLeft() == place_;
   hide();
+  if (unsettled) move(place_);
   ShowProgress({});
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPoint>
 #include <QString>
 #include <QWidget>
 
@@ -43,6 +44,7 @@ class ProgressWindow final : public QWidget {
   QLabel* status_;
   QLabel* timeLeft_;
   QPushButton* abort_;
+  QPoint place_;  // as it was shown
 };
 
 }  // namespace quillomar

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "settings/settings_store.h"
 
 class QWidget;
@@ -13,12 +15,13 @@ class WidgetRect final : public WindowRectTarget {
   explicit WidgetRect(QWidget& widget) : widget_(widget) {}
 
   void Place(const WindowRect& rect, bool moveOnly) override;
-  // Nothing for a window that is minimised, or that was neither shown nor placed in this run.
+  // Nothing for a window that is minimised, or that was neither shown nor placed in this run; one
+  // that was not shown is where it was put.
   [[nodiscard]] std::optional<WindowRect> Current() override;
 
  private:
   QWidget& widget_;
-  bool placed_ = false;
+  std::optional<WindowRect> placed_;
 };
 
 }  // namespace quillomar
