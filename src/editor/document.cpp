@@ -70,6 +70,28 @@ int Document::UnitCount() const {
   return static_cast<int>(units_.size());
 }
 
+std::vector<Vcid> Document::Vcids() const {
+  const std::lock_guard lock(mutex_);
+  std::vector<Vcid> vcids;
+  for (const OwnedUnit& unit : units_) {
+    const bool asBefore = !vcids.empty() && vcids.back() == unit->vcid;
+    if (asBefore || std::find(vcids.begin(), vcids.end(), unit->vcid) != vcids.end()) continue;
+    vcids.push_back(unit->vcid);
+  }
+  return vcids;
+}
+
+std::optional<std::uint32_t> Document::NextPts(const SubpictureUnit& unit) const {
+  const std::lock_guard lock(mutex_);
+  // Numbers count from 1 in the order of the list.
+  for (auto i = static_cast<std::size_t>(unit.number); i < units_.size(); ++i) {
+    const SubpictureUnit& other = *units_[i];
+    if (other.stream == unit.stream && other.numberInStream == unit.numberInStream + 1)
+      return other.state.pts;
+  }
+  return std::nullopt;
+}
+
 VideoStandard Document::Standard() const {
   const std::lock_guard lock(mutex_);
   return standard_;

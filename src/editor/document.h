@@ -65,6 +65,10 @@ class Document final : private PackConsumer {
   // All units in the order of the scan, as a snapshot.
   [[nodiscard]] UnitList Units() const;
   [[nodiscard]] int UnitCount() const;
+  // VOB id and cell id pairs of the units, in the order in which they come.
+  [[nodiscard]] std::vector<Vcid> Vcids() const;
+  // Start time of the unit that follows in the same stream.
+  [[nodiscard]] std::optional<std::uint32_t> NextPts(const SubpictureUnit& unit) const;
   [[nodiscard]] VideoStandard Standard() const;
   // 0 to 31, -1 without subpictures.
   [[nodiscard]] int HighestStream() const;

@@ -48,7 +48,7 @@ void Editor::ChooseStream(int entry) {
 }
 
 void Editor::ChooseVcid(int entry) {
-  const std::vector<Vcid> vcids = VcidsOf(document_.Units());
+  const std::vector<Vcid> vcids = document_.Vcids();
   if (entry < 0 || entry > static_cast<int>(vcids.size())) return;
   selection_.filter.vcid =
       entry == 0 ? std::nullopt : std::optional<Vcid>(vcids[static_cast<std::size_t>(entry) - 1]);

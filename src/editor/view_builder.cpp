@@ -29,7 +29,7 @@ std::vector<std::string> StreamEntries(const Document& document, const CellEntry
 
 void FillVcids(const Document& document, const ListFilter& filter, View& view) {
   view.vcids = {"All VCID"};
-  for (const Vcid vcid : VcidsOf(document.Units())) {
+  for (const Vcid vcid : document.Vcids()) {
     view.vcids.push_back(Format("%d/%d", vcid.vobId, vcid.cellId));
     if (filter.vcid == vcid) view.vcid = static_cast<int>(view.vcids.size()) - 1;
   }
@@ -121,16 +121,6 @@ View BuildView(Document& document, const Selection& selection, const Preferences
 const ClutRecord* ClutOfUnit(const Document& document, const SubpictureUnit& unit) {
   if (!unit.clut) return nullptr;
   return &document.Cells().cluts.at(static_cast<std::size_t>(*unit.clut));
-}
-
-std::vector<Vcid> VcidsOf(const UnitList& units) {
-  std::vector<Vcid> vcids;
-  for (const UnitPointer& unit : units) {
-    if (std::find(vcids.begin(), vcids.end(), unit->vcid) == vcids.end()) {
-      vcids.push_back(unit->vcid);
-    }
-  }
-  return vcids;
 }
 
 std::string DisplayModeNames(std::uint8_t modes) {

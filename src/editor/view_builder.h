@@ -23,9 +23,6 @@ namespace quillomar {
                                        VideoStandard standard);
 [[nodiscard]] TimeView BuildTimeView(const Document& document, const SubpictureUnit& unit);
 
-// VOB id and cell id pairs of the units, in the order in which they come.
-[[nodiscard]] std::vector<Vcid> VcidsOf(const UnitList& units);
-
 // "4:3", "WS", "LB" and "P&S" of a stream's display modes, joined by "+".
 [[nodiscard]] std::string DisplayModeNames(std::uint8_t modes);
 

@@ -10,12 +10,6 @@
 namespace quillomar {
 namespace {
 
-// Start time of the unit that follows in the same stream.
-std::optional<std::uint32_t> NextPts(const Document& document, const SubpictureUnit& unit) {
-  const UnitPointer next = NextInStream(document.Units(), unit);
-  return next ? std::optional(next->state.pts) : std::nullopt;
-}
-
 // Presets of the same height: the first in this order is shown.
 std::optional<int> MatchPreset(int border, const Preferences& preferences, VideoStandard standard) {
   if (border == 0) return 0;
@@ -62,7 +56,7 @@ TimeView BuildTimeView(const Document& document, const SubpictureUnit& unit) {
   constexpr std::size_t kStartAndStop = 2;
   TimeView time;
   time.durationMs = DurationMs(unit, document.Standard());
-  time.limits = DelayRange(unit, kLastSequence, NextPts(document, unit), document.Standard());
+  time.limits = DelayRange(unit, kLastSequence, document.NextPts(unit), document.Standard());
   time.forced = IsForced(unit);
   time.canStart = HasStart(unit);
   time.hasFade = HasFadeIn(unit);
