@@ -1,0 +1,335 @@
+// The collection of bad discs: what has broken other programs, each as a file set of its own. Each
+// must open with the subpictures that make sense, say what is wrong, and take edits of what it
+// shows.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <ostream>
+
+#include "cli/cli_front_end.h"
+#include "dvd/big_endian.h"
+#include "dvd/ifo_layout.h"
+#include "editor/editor.h"
+#include "spu/colour_edit.h"
+#include "spu/parse.h"
+#include "support/ifo_builder.h"
+#include "support/memory_files.h"
+#include "support/pack_builder.h"
+#include "support/spu_builder.h"
+
+namespace quillomar {
+namespace {
+
+using test::SpuDescription;
+
+constexpr const char* kVob = "/disc/VTS_01_1.VOB";
+constexpr const char* kIfo = "/disc/VTS_01_0.IFO";
+constexpr std::uint64_t kSecond = 90'000;
+constexpr const char* kUnparsed =
+    "Serious error while parsing commands at LBA 5\nSomething is wrong with this SPU";
+constexpr const char* kNoCommands =
+    "Inconsistent data in subpic at LBA 5. Offset to commands past end of SPU";
+constexpr const char* kScrambled =
+    "Some subpicture packs are scrambled.\n"
+    "Their subpics can't be read properly and won't be written.";
+
+SpuDescription Plain() {
+  return test::Subtitle(test::RandomRows(1, 80, 20, 9), 200, 400, 200);
+}
+
+// Where a command's code byte stands.
+std::size_t CommandIn(const Bytes& unit, std::uint8_t code) {
+  test::MemoryFileSystem files;
+  Reporter reporter(files);
+  ReportLimit limit(reporter);
+  SubpictureUnit parsed = test::MakeUnit(unit);
+  EXPECT_FALSE(Failed(ParseControlSequences(parsed, 0, 0, {reporter, limit, VideoStandard::kPal})));
+  return static_cast<std::size_t>(FindCommand(parsed, code, 0).value_or(0));
+}
+
+Bytes WithFields(int top, int bottom) {
+  Bytes unit = test::BuildSpu(Plain());
+  const std::size_t at = CommandIn(unit, kSetFieldOffsets);
+  PutShort(unit, at + 1, static_cast<std::uint16_t>(top));
+  PutShort(unit, at + 3, static_cast<std::uint16_t>(bottom));
+  return unit;
+}
+
+Bytes WithNext(int next) {
+  Bytes unit = test::BuildSpu(Plain());
+  const std::size_t first = GetShort(unit, kSpuDcsqtOffset);
+  PutShort(unit, first + kSequenceNextOffset, static_cast<std::uint16_t>(next));
+  return unit;
+}
+
+Bytes WithArea(int sx, int ex, int sy, int ey) {
+  Bytes unit = test::BuildSpu(Plain());
+  const std::size_t at = CommandIn(unit, kSetDisplayArea) + 1;
+  PutInt(unit, at, static_cast<std::uint32_t>(sx << 20 | ex << 8 | sy >> 4));
+  PutShort(unit, at + 4, static_cast<std::uint16_t>((sy & 0xF) << 12 | ey));
+  return unit;
+}
+
+SpuDescription Endless() {
+  SpuDescription endless = Plain();
+  endless.sequences.resize(1);
+  return endless;
+}
+
+Bytes CutTo(std::size_t size, const SpuDescription& description = Plain()) {
+  Bytes unit = test::BuildSpu(description);
+  unit.resize(size);
+  PutShort(unit, kSpuSizeOffset, static_cast<std::uint16_t>(size));
+  return unit;
+}
+
+// A VOBU with a good subpicture, the one in question, and a good one behind it.
+struct Disc {
+  std::vector<Bytes> units;
+  test::SubpictureSpec packs;
+  std::uint64_t restart = 0;  // the clock of the last VOBU; 0: it goes on
+  std::uint64_t start = kSecond;
+  std::function<void(Bytes& vob, Bytes& ifo)> damage;
+};
+
+Disc With(const Bytes& unit) {
+  Disc disc;
+  disc.units = {unit};
+  return disc;
+}
+
+struct Trap {
+  const char* name;
+  std::function<Disc()> make;
+  std::size_t units;       // found, of three
+  const char* said;        // first error; empty: none
+  bool unwritten = false;  // the one in question is never written
+};
+
+void PrintTo(const Trap& trap, std::ostream* out) {
+  *out << trap.name;
+}
+
+Bytes Vob(const Disc& disc) {
+  test::VobBuilder vob;
+  const Bytes good = test::BuildSpu(Plain());
+  std::vector<Bytes> units = {good};
+  units.insert(units.end(), disc.units.begin(), disc.units.end());
+  units.push_back(good);
+  std::uint64_t clock = disc.start;
+  for (std::size_t i = 0; i < units.size(); ++i, clock += 2 * kSecond) {
+    if (i + 1 == units.size() && disc.restart != 0) clock = disc.restart;
+    const auto start = static_cast<std::uint32_t>(clock);
+    vob.Add(test::MakeNavPack({clock, vob.Size(), start, start + 180'000}));
+    vob.Add(test::MakeVideoPack(clock, {test::SequenceHeader(720, 576, 2),
+                                        test::SequenceExtension(), test::PictureHeader(1)}));
+    test::SubpictureSpec packs = i == 1 ? disc.packs : test::SubpictureSpec{};
+    packs.clock = clock;
+    packs.pts = clock + 13'500;
+    vob.Add(test::MakeSubpicturePacks(units[i], packs));
+  }
+  return vob.Image();
+}
+
+test::IfoSpec GoodIfo() {
+  test::IfoSpec spec;
+  test::ChainSpec chain;
+  chain.cells = {{{1, 1}, 0, 0, 6, 8}};
+  chain.clut[3] = {235, 128, 128};
+  chain.subpictures = {{0, kPgcSubpictureAvailable}};
+  spec.title.subpictures = {"en"};
+  spec.titleChains = {chain};
+  spec.titleVobus = {0, 3, 6};
+  return spec;
+}
+
+Disc WithIfo(std::function<void(Bytes& vob, Bytes& ifo)> damage) {
+  Disc disc = With(test::BuildSpu(Plain()));
+  disc.damage = std::move(damage);
+  return disc;
+}
+
+std::size_t Title(const Bytes& ifo, std::size_t pointer) {
+  return GetInt(ifo, pointer) * kSectorSize;
+}
+
+class Program {
+ public:
+  explicit Program(test::MemoryFileSystem& files)
+      : session_(files, std::make_unique<DirectTransactionSource>()) {
+    const auto yes = [](const std::string&) { return true; };
+    const auto show = [this](const std::string& text) {
+      errors.push_back(text);
+      return 0;
+    };
+    session_.reporter.InstallHooks({show, yes, yes});
+    editor.OpenFiles({kVob}, false);
+  }
+
+  std::vector<std::string> errors;
+
+ private:
+  Session session_;
+  CliFrontEnd frontEnd_;
+  InlineJobRunner runner_;
+
+ public:
+  Editor editor{session_, frontEnd_, runner_};
+};
+
+class BadDisc : public testing::TestWithParam<Trap> {};
+
+TEST_P(BadDisc, OpensSaysWhatIsWrongAndTakesEdits) {
+  const Trap& trap = GetParam();
+  const Disc disc = trap.make();
+  Bytes vob = Vob(disc);
+  Bytes ifo = test::BuildIfo(GoodIfo());
+  if (disc.damage) disc.damage(vob, ifo);
+  test::MemoryFileSystem files;
+  files.Put(kVob, vob);
+  files.Put(kIfo, ifo);
+  files.Put("/disc/VTS_01_0.BUP", test::BuildIfo(GoodIfo()));
+
+  Program program(files);
+  Editor& editor = program.editor;
+  ASSERT_EQ(editor.Doc().Units().size(), trap.units);
+  for (int i = 0; i < editor.CurrentView().count; ++i) editor.GoTo(i);
+  const std::string said = program.errors.empty() ? "" : program.errors.front();
+  EXPECT_EQ(said, trap.said);
+  // Nothing edited, nothing written.
+  editor.SaveAll();
+  EXPECT_EQ(files.Content(kVob), vob);
+  EXPECT_EQ(files.Content(kIfo), ifo);
+
+  editor.GoTo(0);
+  editor.SetForced(true);
+  editor.MoveVertically(2);
+  editor.ApplyToAll(ChoicesOf(editor.Last()));
+  editor.SaveAll();
+  EXPECT_NE(files.Content(kVob), vob);
+  EXPECT_EQ(editor.Doc().Modified(), trap.unwritten);
+  Program again(files);
+  EXPECT_EQ(again.editor.Doc().Units().size(), trap.units);
+  EXPECT_TRUE(IsForced(*again.editor.Doc().Units().front()));
+}
+
+const std::vector<Trap>& Traps() {
+  static const std::vector<Trap> traps = {
+      {"FieldBeforeTheBitmap", [] { return With(WithFields(0, 4)); }, 3, ""},
+      {"FieldInTheControlSequences",
+       [] { return With(WithFields(4, GetShort(test::BuildSpu(Plain()), 2) + 4)); }, 3, ""},
+      {"FieldPastTheEnd", [] { return With(WithFields(4, 60'000)); }, 3, ""},
+      {"BothFieldsShareTheirCodes", [] { return With(WithFields(4, 4)); }, 3, ""},
+      {"RunsPastTheRow", [] { return With(WithArea(200, 240, 400, 419)); }, 3, ""},
+      {"NoWidth", [] { return With(WithArea(300, 200, 400, 419)); }, 3, ""},
+      {"OneLine", [] { return With(WithArea(200, 279, 400, 400)); }, 3, ""},
+      {"BelowTheFrame", [] { return With(WithArea(200, 279, 900, 919)); }, 3, ""},
+      {"SequencesGoBack", [] { return With(WithNext(4)); }, 2, kUnparsed},
+      {"SequencesNeverEnd",
+       [] {
+         const Bytes unit = test::BuildSpu(Plain());
+         return With(WithNext(GetShort(unit, kSpuDcsqtOffset) + 1));
+       },
+       2, kUnparsed},
+      {"NextPastTheEnd", [] { return With(WithNext(60'000)); }, 2, kUnparsed},
+      {"CommandCutOff",
+       [] {
+         return With(CutTo(CommandIn(test::BuildSpu(Endless()), kSetDisplayArea) + 3, Endless()));
+       },
+       3, ""},
+      {"FourBytes", [] { return With(CutTo(4)); }, 2, kNoCommands},
+      {"NearlyTheLargest",
+       [] {
+         SpuDescription large = Plain();
+         large.spareBytes = 55'000;
+         return With(test::BuildSpu(large));
+       },
+       3, ""},
+      {"TimeInTheFirstPackAlone",
+       [] {
+         SpuDescription large = Plain();
+         large.spareBytes = 9000;
+         return With(test::BuildSpu(large));
+       },
+       3, ""},
+      {"StuffingInTheHeader",
+       [] {
+         Disc disc = With(test::BuildSpu(Plain()));
+         disc.packs.firstHeaderLength = 12;
+         return disc;
+       },
+       3, ""},
+      {"ZerosBehindTheData",
+       [] {
+         Disc disc = With(test::BuildSpu(Plain()));
+         disc.packs.paddingPacket = false;
+         return disc;
+       },
+       3, ""},
+      {"NoEnd", [] { return With(test::BuildSpu(Endless())); }, 3, ""},
+      {"EndsAtItsStart",
+       [] {
+         SpuDescription brief = Plain();
+         brief.sequences.back().delay = 0;
+         return With(test::BuildSpu(brief));
+       },
+       3, ""},
+      {"TimeRestarts",
+       [] {
+         Disc disc = With(test::BuildSpu(Plain()));
+         disc.restart = kSecond;
+         return disc;
+       },
+       3, ""},
+      {"TimeWraps",
+       [] {
+         Disc disc = With(test::BuildSpu(Plain()));
+         disc.start = (std::uint64_t{1} << 33) - 3 * kSecond;
+         disc.restart = 2 * kSecond;
+         return disc;
+       },
+       3, ""},
+      {"Scrambled",
+       [] { return WithIfo([](Bytes& vob, Bytes&) { vob[5 * kSectorSize + 20] |= 0x30; }); }, 3,
+       kScrambled, true},
+      {"CellAddressOfOnes",
+       [] {
+         return WithIfo([](Bytes&, Bytes& ifo) {
+           const std::size_t cells = Title(ifo, kIfoTitleCellsOffset) + kCellAddressesOffset;
+           PutInt(ifo, cells + kCellAddressStartOffset, 0xFFFFFF);
+         });
+       },
+       3, ""},
+      {"CellStartPastItsEnd",
+       [] {
+         return WithIfo([](Bytes&, Bytes& ifo) {
+           const std::size_t cells = Title(ifo, kIfoTitleCellsOffset) + kCellAddressesOffset;
+           PutInt(ifo, cells + kCellAddressStartOffset, 9);
+           PutInt(ifo, cells + kCellAddressEndOffset, 3);
+         });
+       },
+       3, ""},
+      {"NoChains",
+       [] {
+         return WithIfo(
+             [](Bytes&, Bytes& ifo) { PutShort(ifo, Title(ifo, kIfoTitleChainsOffset), 0); });
+       },
+       3, ""},
+      {"ChainOutsideTheIfo",
+       [] {
+         return WithIfo([](Bytes&, Bytes& ifo) {
+           PutInt(ifo, Title(ifo, kIfoTitleChainsOffset) + 12, 0x7FFFFFFF);
+         });
+       },
+       3, ""},
+      {"EmptyIfo", [] { return WithIfo([](Bytes&, Bytes& ifo) { ifo.clear(); }); }, 3, ""},
+  };
+  return traps;
+}
+
+INSTANTIATE_TEST_SUITE_P(Collection, BadDisc, testing::ValuesIn(Traps()),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+}  // namespace
+}  // namespace quillomar
