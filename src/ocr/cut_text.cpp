@@ -1,6 +1,7 @@
 #include "ocr/cut_text.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "base/format.h"
 #include "spu/position.h"
@@ -26,6 +27,7 @@ class Cut {
   // Columns of a row of the bitmap.
   [[nodiscard]] int Left(int row) const { return left_ - Shift(row); }
   [[nodiscard]] int Right(int row) const { return right_ - Shift(row); }
+  [[nodiscard]] int Width() const { return right_ - left_ + 1; }
   [[nodiscard]] int Recentring() const { return (right_ - left_) / 2; }
 
  private:
@@ -87,6 +89,46 @@ class Cut {
   int left_ = 0, right_ = 0;
 };
 
+// Tells pixels of the line that is cut from those of the lines above and below, which reach into
+// its rows with accents, descenders and outlines.
+class LinesNear {
+ public:
+  LinesNear(const SubpictureUnit& unit, int line, int top, int bottom) {
+    for (const CharBox& box : unit.charBoxes) {
+      if (box.ch == kLineEnd || box.ch == U' ') continue;
+      if (box.line == line) {
+        own_.push_back(&box);
+      } else if (box.y1 + kBandMargin >= top && box.y0 - kBandMargin <= bottom) {
+        others_.push_back(&box);
+      }
+    }
+  }
+
+  [[nodiscard]] bool AnyIn(int row) const {
+    return std::any_of(others_.begin(), others_.end(), [row](const CharBox* box) {
+      return row >= box->y0 - kBandMargin && row <= box->y1 + kBandMargin;
+    });
+  }
+  [[nodiscard]] bool IsOther(int column, int row) const {
+    const int distance = Distance(others_, column, row);
+    return distance <= kBandMargin && distance < Distance(own_, column, row);
+  }
+
+ private:
+  static int Distance(const std::vector<const CharBox*>& boxes, int column, int row) {
+    int least = std::numeric_limits<int>::max();
+    for (const CharBox* box : boxes) {
+      const int x = column + SlantShift(row, box->lineRefRow, box->lineSlant);
+      const int across = std::max({box->x0 - x, x - box->x1, 0});
+      const int along = std::max({box->y0 - row, row - box->y1, 0});
+      least = std::min(least, std::max(across, along));
+    }
+    return least;
+  }
+
+  std::vector<const CharBox*> own_, others_;
+};
+
 // What stands left of the cut moves right; what stands right of it follows.
 void CutRow(std::span<std::uint8_t> row, int left, int right, int moveRight,
             std::uint8_t background) {
@@ -98,6 +140,29 @@ void CutRow(std::span<std::uint8_t> row, int left, int right, int moveRight,
     const int to = from + moveRight - (from > right ? right - left + 1 : 0);
     if (to < 0 || to >= width) continue;
     row[static_cast<std::size_t>(to)] = before[static_cast<std::size_t>(from)];
+  }
+}
+
+// Takes the pixels of other lines out of a row and gives them, in their columns.
+Bytes TakeOthers(std::span<std::uint8_t> row, int y, const LinesNear& near,
+                 std::uint8_t background) {
+  Bytes others(row.size(), background);
+  for (std::size_t x = 0; x < row.size(); ++x) {
+    if (row[x] == background || !near.IsOther(static_cast<int>(x), y)) continue;
+    std::swap(row[x], others[x]);
+  }
+  return others;
+}
+
+// The cut of a neighbouring line must know where this one's characters now stand.
+void MoveBoxes(SubpictureUnit& unit, BoxRange range, int line, int moveRight, int width) {
+  for (int i = 0; i < static_cast<int>(unit.charBoxes.size()); ++i) {
+    CharBox& box = unit.charBoxes[static_cast<std::size_t>(i)];
+    if (box.line != line || box.ch == kLineEnd) continue;
+    const int by = moveRight - (i > range.last ? width : 0);
+    box.x0 += by;
+    box.x1 += by;
+    if (i >= range.first && i <= range.last) box.ch = U' ';
   }
 }
 
@@ -136,19 +201,30 @@ Result ChangeBitmap(SubpictureUnit& unit, const CutOptions& options, const SpuCo
 
 void CutBoxRange(SubpictureUnit& unit, BoxRange range, bool recenter) {
   const Cut cut(unit, range);
+  const int moveRight = recenter ? cut.Recentring() : 0;
   const auto background = static_cast<std::uint8_t>(unit.state.statistics.backgroundType);
   const auto width = static_cast<std::size_t>(unit.state.width);
+  const int line = unit.charBoxes[static_cast<std::size_t>(range.first)].line;
+  const LinesNear near(unit, line, cut.Top(), cut.Bottom());
   for (int y = cut.Top(); y <= cut.Bottom(); ++y) {
     const std::span row(unit.pixels.data() + static_cast<std::size_t>(y) * width, width);
-    CutRow(row, cut.Left(y), cut.Right(y), recenter ? cut.Recentring() : 0, background);
+    const Bytes others = near.AnyIn(y) ? TakeOthers(row, y, near, background) : Bytes();
+    CutRow(row, cut.Left(y), cut.Right(y), moveRight, background);
+    for (std::size_t x = 0; x < others.size(); ++x) {
+      if (others[x] != background) row[x] = others[x];
+    }
   }
+  MoveBoxes(unit, range, line, moveRight, cut.Width());
 }
 
 Result CutText(SubpictureUnit& unit, std::span<const BoxRange> ranges, const CutOptions& options,
                const SpuContext& context) {
-  return ChangeBitmap(unit, options, context, [&] {
+  const std::vector<CharBox> before = unit.charBoxes;
+  const Result result = ChangeBitmap(unit, options, context, [&] {
     for (const BoxRange& range : ranges) CutBoxRange(unit, range, options.recenter);
   });
+  if (Failed(result)) unit.charBoxes = before;
+  return result;
 }
 
 Result CutAllText(SubpictureUnit& unit, const CutOptions& options, const SpuContext& context) {

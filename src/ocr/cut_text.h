@@ -17,7 +17,8 @@ struct CutOptions {
 };
 
 // Takes the columns under boxes of one line out of the decoded bitmap, along the line's slant; what
-// stands right of them moves up to what stands left. Neighbouring characters stay whole.
+// stands right of them moves up to what stands left. Neighbouring characters and lines stay whole.
+// The line's boxes move with it, those cut become blanks.
 void CutBoxRange(SubpictureUnit& unit, BoxRange range, bool recenter);
 
 // Cuts ranges of different lines of the unit's current boxes, encodes the bitmap again and aligns
