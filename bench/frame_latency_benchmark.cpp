@@ -53,6 +53,7 @@ void Print(const char* what, std::vector<double> times) {
   };
   std::printf("%-28s %4zu  median %6.1f ms  99%% %6.1f ms  longest %6.1f ms  memory %.0f MiB\n",
               what, times.size(), at(0.5), at(0.99), times.back(), ResidentMiB());
+  std::fflush(stdout);
 }
 
 class Walk {
@@ -107,7 +108,8 @@ int Run(const std::string& ifo, int presses, int pauseMs) {
   const auto files = MakeDiskFileSystem();
   QtDialogs dialogs;
   Program program(*files, dialogs, {"/bin/quillomar-bench", "", ""});
-  program.Start(ParseCommandLine({"-A", ifo}));
+  const std::vector<std::string> arguments = {"-A", ifo};
+  program.Start(ParseCommandLine(arguments));
   const auto idle = [&] { return !program.TheEditor().Busy(); };
   if (!QTest::qWaitFor(idle, 60000) || program.TheEditor().CurrentView().count < 2) return 1;
   Walk walk(program, pauseMs);

@@ -27,6 +27,7 @@ namespace {
 constexpr double kRate = 48000;
 constexpr int kLoud = 2000;           // of 32767
 constexpr std::size_t kQuiet = 9600;  // samples without a sound before a beep
+constexpr int kWarmUp = 3;            // seconds in which a sound server may still settle
 
 long long NowUs() {
   const auto now = std::chrono::steady_clock::now().time_since_epoch();
@@ -90,22 +91,18 @@ int Compare(const std::string& pictures, const std::string& recording) {
     shown.try_emplace(second, static_cast<double>(us) * 1e-6 - static_cast<double>(late) / 90000);
   }
   const std::vector<double> beeps = Beeps(recording);
-  const std::size_t count = std::min(beeps.size(), shown.size());
-  if (count < 2) return 1;
-  double least = 1e9;
-  double most = -1e9;
-  double start = 0;
-  double end = 0;
-  auto picture = shown.begin();
-  for (std::size_t i = 0; i < count; ++i, ++picture) {
-    const double offset = (beeps[i] - beeps[0]) - (picture->second - shown.begin()->second);
-    if (i == 1) start = offset;
-    end = offset;
-    if (i > 0) least = std::min(least, offset);
-    if (i > 0) most = std::max(most, offset);
+  // Counted from the end, since a recording may miss the first beep.
+  const std::size_t count = std::min(beeps.size(), shown.size() - 1);
+  std::vector<double> offsets;
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto second = shown.find(shown.rbegin()->first - static_cast<int>(count - i));
+    if (second == shown.end() || second->first < kWarmUp) continue;
+    offsets.push_back(beeps[beeps.size() - count + i] - second->second);
   }
-  std::printf("%zu beeps, %zu seconds of pictures; drift %.1f ms, spread %.1f ms\n", beeps.size(),
-              shown.size(), (end - start) * 1000, (most - least) * 1000);
+  if (offsets.size() < 2) return 1;
+  const auto [least, most] = std::minmax_element(offsets.begin(), offsets.end());
+  std::printf("%zu beeps, %zu compared; drift %.1f ms, spread %.1f ms\n", beeps.size(),
+              offsets.size(), (offsets.back() - offsets.front()) * 1000, (*most - *least) * 1000);
   return 0;
 }
 

@@ -5,6 +5,7 @@
 #include <QMetaObject>
 #include <QTimer>
 #include <future>
+#include <vector>
 
 #include "ui/sound_queue.h"
 
@@ -13,8 +14,8 @@ namespace {
 
 // How long a device may take to be found before playback goes on without it.
 constexpr std::chrono::milliseconds kLongestSearch{500};
-constexpr std::chrono::milliseconds kLookInterval{20};
-constexpr int kBuffersPerSecond = 10;
+constexpr std::chrono::milliseconds kFeedInterval{10};
+constexpr int kBuffersPerSecond = 5;
 
 QAudioFormat FormatOf(int sampleRate) {
   QAudioFormat format;
@@ -30,9 +31,9 @@ QAudioFormat FormatOf(int sampleRate) {
 class SoundPlayer final : public QObject {
  public:
   SoundPlayer() {
-    look_.setParent(this);
-    look_.setInterval(kLookInterval);
-    connect(&look_, &QTimer::timeout, this, [this] { Look(); });
+    feed_.setParent(this);
+    feed_.setInterval(kFeedInterval);
+    connect(&feed_, &QTimer::timeout, this, [this] { Feed(); });
   }
   ~SoundPlayer() override { Stop(); }
 
@@ -46,12 +47,13 @@ class SoundPlayer final : public QObject {
     const QAudioFormat format = FormatOf(sampleRate);
     sink_ = std::make_unique<QAudioSink>(QMediaDevices::defaultAudioOutput(), format);
     sink_->setBufferSize(format.bytesForDuration(1'000'000 / kBuffersPerSecond));
-    sink_->start(&queue);
-    look_.start();
+    device_ = sink_->start();
+    feed_.start();
   }
 
   void Stop() {
-    look_.stop();
+    feed_.stop();
+    device_ = nullptr;
     if (sink_) sink_->stop();
     sink_.reset();
   }
@@ -59,17 +61,21 @@ class SoundPlayer final : public QObject {
   SoundQueue queue;
 
  private:
-  void Look() {
-    if (sink_->state() == QAudio::StoppedState) {
+  void Feed() {
+    const bool dead = device_ == nullptr || sink_->state() == QAudio::StoppedState;
+    if (dead) {
       queue.GiveUp();
       return;
     }
+    std::vector<char> samples(static_cast<std::size_t>(std::max<qsizetype>(sink_->bytesFree(), 0)));
+    device_->write(samples.data(), static_cast<qint64>(queue.Take(samples)));
     const qsizetype held = sink_->bufferSize() - sink_->bytesFree();
     queue.NoteHeld(static_cast<std::size_t>(std::max<qsizetype>(held, 0)) / SoundQueue::kPairSize);
   }
 
-  QTimer look_;
+  QTimer feed_;
   std::unique_ptr<QAudioSink> sink_;
+  QIODevice* device_ = nullptr;  // the sink's
 };
 
 QtAudioOutput::QtAudioOutput() : player_(new SoundPlayer) {

@@ -8,7 +8,8 @@
 namespace quillomar {
 namespace {
 
-constexpr std::chrono::milliseconds kLongestSilence{1000};
+// A sound server that slept may begin two seconds late.
+constexpr std::chrono::milliseconds kLongestSilence{3000};
 constexpr int kQueuesPerSecond = 4;  // that is how much is held
 
 }  // namespace
@@ -64,23 +65,19 @@ void SoundQueue::GiveUp() {
   dead_ = true;
 }
 
-qint64 SoundQueue::bytesAvailable() const {
+std::size_t SoundQueue::Take(std::span<char> data) {
   const std::scoped_lock lock(mutex_);
-  return static_cast<qint64>(waiting_.size() * sizeof(std::int16_t)) + QIODevice::bytesAvailable();
-}
-
-qint64 SoundQueue::readData(char* data, qint64 size) {
-  const std::scoped_lock lock(mutex_);
-  const auto asked = static_cast<std::size_t>(std::max<qint64>(size, 0)) / kPairSize;
-  const std::size_t pairs = std::min(asked, waiting_.size() / AudioOutput::kChannels);
+  const std::size_t held = waiting_.size() / AudioOutput::kChannels;
+  const std::size_t pairs = std::min(data.size() / kPairSize, held);
   const auto end = waiting_.begin() + static_cast<std::ptrdiff_t>(pairs * AudioOutput::kChannels);
-  for (auto sample = waiting_.begin(); sample != end; ++sample, data += sizeof *sample) {
-    std::memcpy(data, &*sample, sizeof *sample);
+  char* out = data.data();
+  for (auto sample = waiting_.begin(); sample != end; ++sample, out += sizeof *sample) {
+    std::memcpy(out, &*sample, sizeof *sample);
   }
   waiting_.erase(waiting_.begin(), end);
   read_ += pairs;
   if (pairs > 0) lastRead_ = Clock::now();
-  return static_cast<qint64>(pairs * kPairSize);
+  return pairs * kPairSize;
 }
 
 }  // namespace quillomar

@@ -1,20 +1,19 @@
 #pragma once
 
-#include <QIODevice>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <mutex>
 #include <span>
 
 namespace quillomar {
 
-// Samples on their way to a sound device that reads them from here, and how far it has come with
-// them. One thread writes, another one reads.
-class SoundQueue final : public QIODevice {
+// Samples on their way to a sound device, and how far it has come with them. One thread adds,
+// another one takes.
+class SoundQueue {
  public:
   static constexpr std::size_t kPairSize = 4;  // bytes
-
-  SoundQueue() { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
 
   // Begins anew, empty.
   void Restart(int sampleRate);
@@ -22,17 +21,13 @@ class SoundQueue final : public QIODevice {
   std::size_t Add(std::span<const std::int16_t> samples);
   // Pairs taken and not heard yet; 0 from the moment the device has died.
   [[nodiscard]] std::size_t Unheard();
-  // The device holds that many pairs that it has read and not played yet.
+  // The device holds that many pairs that it has taken and not played yet.
   void NoteHeld(std::size_t pairs);
   // Nothing will be heard any more: everything is taken and dropped.
   void GiveUp();
 
-  [[nodiscard]] bool isSequential() const override { return true; }
-  [[nodiscard]] qint64 bytesAvailable() const override;
-
- protected:
-  qint64 readData(char* data, qint64 size) override;
-  qint64 writeData(const char* /*data*/, qint64 /*size*/) override { return -1; }
+  // Fills `data` with the next samples; returns how many bytes these are.
+  std::size_t Take(std::span<char> data);
 
  private:
   using Clock = std::chrono::steady_clock;
