@@ -47,8 +47,9 @@ void Measure(const char* what, const std::function<void(int)>& action) {
 void GiveTexts(Editor& editor) {
   int number = 0;
   for (const UnitPointer& unit : editor.Doc().Units()) {
-    unit->ocrText = {"A line of some forty characters, no. " + std::to_string(++number),
-                     "and another one below it"};
+    Document::Unrecorded(unit).ocrText = {
+        "A line of some forty characters, no. " + std::to_string(++number),
+        "and another one below it"};
   }
 }
 

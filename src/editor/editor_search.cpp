@@ -32,25 +32,18 @@ void Editor::FindNext() {
   Find(1);
 }
 
-// From the unit beside the current one to the list's end; then once over the whole list.
+// From the unit beside the current one to the list's end, then once around to the current one.
 void Editor::Find(int direction) {
   const TextSearch search = MakeSearch();
   const UnitList& units = selection_.List();
-  const auto foundFrom = [&](int index) {
-    while (index >= 0 && index < selection_.Count() &&
-           !search.FoundIn(units[static_cast<std::size_t>(index)]->ocrText)) {
-      index += direction;
-    }
-    return index;
-  };
-  const auto inList = [&](int index) { return index >= 0 && index < selection_.Count(); };
-  int found = foundFrom(selection_.Index() + direction);
-  if (!inList(found)) found = foundFrom(direction > 0 ? 0 : selection_.Count() - 1);
-  if (inList(found)) {
-    GoTo(found);
-  } else {
-    frontEnd_.Beep();
+  const int count = selection_.Count();
+  for (int step = 1; step <= count; ++step) {
+    const int index = (selection_.Index() + direction * step + count) % count;
+    if (!search.FoundIn(units[static_cast<std::size_t>(index)]->ocrText)) continue;
+    GoTo(index);
+    return;
   }
+  frontEnd_.Beep();
 }
 
 void Editor::FocusCharacters() {

@@ -48,11 +48,7 @@ std::uint32_t FoldLetter(std::uint32_t c) {
 
 std::string FoldCharacter(std::string_view character) {
   const auto lead = static_cast<unsigned char>(character[0]);
-  if (character.size() == 1) {
-    const bool capital = lead >= 'A' && lead <= 'Z';
-    return std::string(1, capital ? static_cast<char>(lead + ('a' - 'A')) : character[0]);
-  }
-  if (character.size() > 2 || lead < kTwoByteLead) return std::string(character);
+  if (character.size() != 2 || lead < kTwoByteLead) return std::string(character);
   const auto second = static_cast<unsigned char>(character[1]);
   const std::uint32_t folded =
       FoldLetter((lead & 0x1FU) << kPayloadBits | (static_cast<std::uint32_t>(second) & kPayload));
@@ -67,7 +63,12 @@ std::string FoldCase(std::string_view text) {
   folded.reserve(text.size());
   while (!text.empty()) {
     const std::string_view character = text.substr(0, CharacterLength(text));
-    folded += FoldCharacter(character);
+    const char first = character[0];
+    if (character.size() > 1) {
+      folded += FoldCharacter(character);
+    } else {
+      folded += first >= 'A' && first <= 'Z' ? static_cast<char>(first + ('a' - 'A')) : first;
+    }
     text.remove_prefix(character.size());
   }
   return folded;
