@@ -8,7 +8,7 @@
 #include <iostream>
 
 #include "base/utf8.h"
-#include "ocr/line_reader.h"
+#include "ocr/line_measure.h"
 #include "ocr/tesseract_recogniser.h"
 
 namespace quillomar::bench {

@@ -4,6 +4,8 @@
 #include <optional>
 #include <vector>
 
+#include "ocr/line_learning.h"
+#include "ocr/line_measure.h"
 #include "ocr/line_reader.h"
 #include "ocr/recogniser_pool.h"
 

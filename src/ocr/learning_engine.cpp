@@ -2,7 +2,7 @@
 
 #include "base/utf8.h"
 #include "ocr/disc_run.h"
-#include "ocr/line_reader.h"
+#include "ocr/line_measure.h"
 #include "ocr/parallel_for.h"
 
 namespace quillomar {

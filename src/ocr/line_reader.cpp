@@ -25,17 +25,12 @@ constexpr double kKnownShare = 0.75;
 constexpr double kMajority = 0.6, kFewVotesMajority = 0.66, kBarMajority = 0.85,
                  kUnreadMajority = 0.4;
 constexpr int kFewVotes = 3;
-constexpr double kLeastWeight = 0.2;
 // What is read with less, and not often enough, is worth a look.
 constexpr double kDoubtfulConfidence = 0.7;
 constexpr double kDoubtfulShare = 0.7;
-// Glyphs further apart than this are never one; x-heights.
-constexpr double kJoinGap = 0.35;
 // A gap between dots that is wider than others by this parts words.
 constexpr double kWiderThanDots = 1.4;
-constexpr double kCedilla = 0.2;  // x-heights below the baseline
-constexpr double kCloseGap = 0.25;
-
+constexpr double kCedilla = 0.2;
 bool HasNeighbour(const LineText& line, std::size_t glyph) {
   const bool before = glyph > 0 && !line.texts[glyph].startsWord;
   const bool after = glyph + 1 < line.texts.size() && !line.texts[glyph + 1].startsWord;
@@ -93,32 +88,6 @@ GlyphText TextOf(const Match& match, const std::vector<Reading>& readings) {
 }
 
 }  // namespace
-
-std::vector<MeasuredLine> MeasureLines(const EnginePicture& picture, bool italics) {
-  std::vector<MeasuredLine> lines;
-  for (InkLine& ink : SplitLines(FindComponents(picture))) {
-    MeasuredLine line;
-    if (italics) line.curve = MeasureSlantCurve(ink);
-    line.baseline = FindBaseline(ink);
-    line.ink = std::move(ink);
-    lines.push_back(std::move(line));
-  }
-  return lines;
-}
-
-void LearnMeasures(const MeasuredLine& line, DiscKnowledge& knowledge) {
-  knowledge.slants.Learn(line.curve);
-  knowledge.heights.Add(line.ink, line.baseline);
-}
-
-LineText PrepareLine(const MeasuredLine& line, const DiscKnowledge& knowledge) {
-  const LineMetrics metrics{line.baseline, knowledge.heights.XHeightOf(line.ink, line.baseline)};
-  const auto slant = static_cast<float>(knowledge.slants.SlantOf(line.curve));
-  LineText text;
-  text.line = FindGlyphs(line.ink, metrics, slant);
-  text.texts.resize(text.line.glyphs.size());
-  return text;
-}
 
 void LineReader::JoinTaught(LineText& line) const {
   if (taught_.Size() == 0) return;
@@ -316,42 +285,6 @@ void LineReader::Append(const LineText& line, EngineResult& result) const {
   }
   result.boxes.push_back({last.x1 + 1, last.x1 + 1, last.y0, last.y1, kLineEnd, false});
   result.lines.push_back({ToUtf8(plain), line.line.metrics.baseline, line.line.slant});
-}
-
-namespace {
-
-// Whether ink close by was not read: then this may be part of a letter only.
-bool IsBrokenOff(const LineText& line, std::size_t glyph) {
-  const auto close = [&line](std::size_t i) { return line.RelativeGapBefore(i) < kCloseGap; };
-  const bool before = glyph > 0 && line.texts[glyph - 1].text.empty() && close(glyph);
-  const std::size_t next = glyph + 1;
-  const bool after = next < line.texts.size() && line.texts[next].text.empty() && close(next);
-  return before || after;
-}
-
-}  // namespace
-
-void LearnText(const LineText& line, DiscKnowledge& knowledge) {
-  for (const auto& [left, right] : line.joined) {
-    const std::size_t first = knowledge.patterns.FindOrAdd(left);
-    knowledge.joins.Learn({first, knowledge.patterns.FindOrAdd(right)}, true);
-  }
-  std::optional<std::size_t> previous;
-  for (std::size_t i = 0; i < line.texts.size(); ++i) {
-    const GlyphText& text = line.texts[i];
-    const Glyph& glyph = line.line.glyphs[i];
-    const std::size_t id = knowledge.patterns.FindOrAdd(PatternOf(glyph, line.line.metrics));
-    const double gap = line.RelativeGapBefore(i);
-    if (previous && gap < kJoinGap) knowledge.joins.Learn({*previous, id}, false);
-    if (i > 0 && !text.text.empty()) knowledge.spaces.Learn(gap, text.startsWord);
-    previous = id;
-    if (text.text.empty() || IsBrokenOff(line, i)) continue;
-    knowledge.patterns.Vote(id, text.text, kLeastWeight + text.confidence);
-    if (text.text.size() == 1) {
-      knowledge.widths.Add(text.text[0],
-                           static_cast<double>(glyph.box.Width()) / line.line.metrics.xHeight);
-    }
-  }
 }
 
 }  // namespace quillomar

@@ -10,18 +10,6 @@
 
 namespace quillomar {
 
-// The lines of a picture before anything is known of the disc.
-struct MeasuredLine {
-  InkLine ink;
-  SlantCurve curve;
-  int baseline = 0;
-};
-[[nodiscard]] std::vector<MeasuredLine> MeasureLines(const EnginePicture& picture, bool italics);
-void LearnMeasures(const MeasuredLine& line, DiscKnowledge& knowledge);
-
-// Straightens a line and finds its glyphs.
-[[nodiscard]] LineText PrepareLine(const MeasuredLine& line, const DiscKnowledge& knowledge);
-
 // Reads and decides the lines of a disc with what is known of it.
 class LineReader {
  public:
@@ -53,8 +41,5 @@ class LineReader {
   const PatternDatabase& taught_;
   int spaceWidth_;
 };
-
-// Adds to the knowledge what the recogniser read; the spaces are to be settled afterwards.
-void LearnText(const LineText& line, DiscKnowledge& knowledge);
 
 }  // namespace quillomar
