@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 
 #include "base/utf8.h"
 
@@ -34,10 +35,9 @@ class TesseractRecogniser final : public LineRecogniser {
  public:
   // False when the model is not there.
   bool Start(const std::string& model) {
-    // One line is too little work to share: threads would only wait for each other.
-    omp_set_max_active_levels(0);
-    if (api_.Init(nullptr, model.c_str(), tesseract::OEM_LSTM_ONLY) != 0) return false;
+    // Before the start, or a missing model is told on standard error.
     api_.SetVariable("debug_file", "/dev/null");
+    if (api_.Init(nullptr, model.c_str(), tesseract::OEM_LSTM_ONLY) != 0) return false;
     api_.SetVariable("tessedit_do_invert", "0");
     api_.SetVariable("tessedit_char_blacklist",
                      model == kSpareModel ? kNeverInEnglish : kNeverRead);
@@ -46,6 +46,8 @@ class TesseractRecogniser final : public LineRecogniser {
   }
 
   std::vector<Reading> Read(const LineImage& image) override {
+    // One line is too little work to share, and sharing is asked for by each thread anew.
+    omp_set_max_active_levels(0);
     api_.SetImage(image.grey.data(), image.width, image.height, 1, image.width);
     api_.SetSourceResolution(kResolution);
     std::vector<Reading> readings;
@@ -83,30 +85,38 @@ class TesseractRecogniser final : public LineRecogniser {
 
 class TesseractSource final : public LineRecogniserSource {
  public:
-  explicit TesseractSource(std::vector<std::string> models) : models_(std::move(models)) {}
+  explicit TesseractSource(std::unique_ptr<TesseractRecogniser> spare) : spare_(std::move(spare)) {}
 
   std::unique_ptr<LineRecogniser> Make(const std::string& language) override {
     for (const std::string& model : {ModelOf(language), std::string("script/Latin"),
                                      std::string("Latin"), std::string(kSpareModel)}) {
-      if (std::find(models_.begin(), models_.end(), model) == models_.end()) continue;
-      auto recogniser = std::make_unique<TesseractRecogniser>();
-      if (recogniser->Start(model)) return recogniser;
+      if (auto recogniser = MakeFor(model)) return recogniser;
     }
     return nullptr;
   }
 
  private:
-  std::vector<std::string> models_;
+  std::unique_ptr<LineRecogniser> MakeFor(const std::string& model) {
+    if (model.empty()) return nullptr;
+    if (model == kSpareModel) {
+      const std::lock_guard lock(mutex_);
+      if (spare_) return std::move(spare_);
+    }
+    auto recogniser = std::make_unique<TesseractRecogniser>();
+    return recogniser->Start(model) ? std::move(recogniser) : nullptr;
+  }
+
+  std::mutex mutex_;
+  // The one that showed that there is a model; the first to ask for it gets it.
+  std::unique_ptr<TesseractRecogniser> spare_;
 };
 
 }  // namespace
 
 std::unique_ptr<LineRecogniserSource> MakeTesseractSource() {
-  tesseract::TessBaseAPI api;
-  if (api.Init(nullptr, kSpareModel, tesseract::OEM_LSTM_ONLY) != 0) return nullptr;
-  std::vector<std::string> models;
-  api.GetAvailableLanguagesAsVector(&models);
-  return std::make_unique<TesseractSource>(std::move(models));
+  auto spare = std::make_unique<TesseractRecogniser>();
+  if (!spare->Start(kSpareModel)) return nullptr;
+  return std::make_unique<TesseractSource>(std::move(spare));
 }
 
 }  // namespace quillomar
