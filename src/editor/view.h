@@ -66,34 +66,34 @@ struct VideoView {
 // Everything the window shows, as one snapshot that a running job never changes.
 struct View {
   bool hasSet = false;
-  std::string title;  // of the window: path of the first file
+  bool hasUnit = false;
+  bool canEdit = false;  // unit and its set may be changed
   VideoStandard standard = VideoStandard::kUnknown;
   int aspect = 0;  // sequence header's code: 2 is 4:3, 3 is 16:9; 0 until the scan has ended
   ScreenMode screenMode = ScreenMode::k4x3;
 
-  int count = 0;                     // units in the filtered list
-  int index = 0;                     // current one, from 0
-  std::vector<std::string> streams;  // entry 0 "All Streams"
-  int stream = 0;                    // chosen entry
-  std::vector<std::string> vcids;    // entry 0 "All VCID"
+  int count = 0;   // units in the filtered list
+  int index = 0;   // current one, from 0
+  int stream = 0;  // chosen entries of the selectors
   int vcid = 0;
-  std::vector<std::string> sequences;  // entry 0 "All DCSQTs"
   int sequence = 0;
+  int buttonCount = 0;                 // of a menu
+  std::string title;                   // of the window: path of the first file
+  std::vector<std::string> streams;    // entry 0 "All Streams"
+  std::vector<std::string> vcids;      // entry 0 "All VCID"
+  std::vector<std::string> sequences;  // entry 0 "All DCSQTs"
 
-  bool hasUnit = false;
   SubpicturePicture picture;
   std::string infoRtf;
   std::array<Swatch, kPixelTypes> swatches;
   std::optional<RgbClut> clut;
+  int textAlpha = 0;  // transparency slider, 0 to 15
   std::string clutTooltip;
   ViewOptions options;  // as the picture follows them
-  int buttonCount = 0;  // of a menu
-  int textAlpha = 0;    // transparency slider, 0 to 15
   PlaceView place;
   TimeView time;
   TextView text;
   VideoView video;
-  bool canEdit = false;  // unit and its set may be changed
 };
 
 }  // namespace quillomar
