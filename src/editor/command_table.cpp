@@ -12,8 +12,6 @@ using enum CommandId;
 using enum Guard;
 using enum KeyScope;
 
-constexpr CommandHandler kNotBuilt = nullptr;
-
 // clang-format off
 constexpr auto kCommands = std::to_array<Command>({
     {kOpenVobs, "openVobs", Menu::kFile, "Open VOB file(s)", "", kAlways, &Editor::OpenVobs},

@@ -106,7 +106,7 @@ struct Command {
   std::string_view text;  // as the menu shows it, with its key behind a tabulator
   std::string_view key;   // "Ctrl+S"; several are joined by "; "; empty without one
   Guard guard;
-  CommandHandler handler;  // null: not available yet, shown greyed
+  CommandHandler handler;
   bool separatorBefore = false;
   KeyScope scope = KeyScope::kWindow;
 };

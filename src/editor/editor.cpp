@@ -30,7 +30,6 @@ Editor::Editor(Session& session, FrontEnd& frontEnd, JobRunner& runner)
 }
 
 bool Editor::Enabled(const Command& command) const {
-  if (command.handler == nullptr) return false;
   switch (command.guard) {
     case Guard::kAlways:
       return true;

@@ -31,7 +31,7 @@ class Editor {
  public:
   Editor(Session& session, FrontEnd& frontEnd, JobRunner& runner);
 
-  // Runs a command if its guard holds and it is built.
+  // Runs a command if its guard holds.
   void Run(CommandId id);
   [[nodiscard]] bool Enabled(const Command& command) const;
   // What the menu shows: the command's text, with what it would take back or do again.

@@ -45,7 +45,7 @@ bool LeavesKey(KeyScope scope, KeptKeys kept) {
 
 KeyFilter::KeyFilter(Editor& editor, QObject* parent) : QObject(parent), editor_(editor) {
   for (const Command& command : Commands()) {
-    if (command.key.empty() || command.handler == nullptr) continue;
+    if (command.key.empty()) continue;
     for (const QKeySequence& key : QKeySequence::listFromString(ToQString(command.key))) {
       commands_.insert(key, command.id);
     }

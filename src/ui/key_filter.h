@@ -15,9 +15,9 @@ namespace quillomar {
 
 class Editor;
 
-// Gives key presses to the commands before the controls see them. Keys of commands that are not
-// built, and those that the control with the focus keeps, stay with the controls; so do those for
-// other windows, menus and pop-ups. Return presses the button that has the focus.
+// Gives key presses to the commands before the controls see them. Keys that the control with the
+// focus keeps stay with it; so do those for other windows, menus and pop-ups. Return presses the
+// button that has the focus.
 class KeyFilter final : public QObject {
   Q_OBJECT
 

@@ -136,6 +136,7 @@ TEST_F(WindowTest, MenusShowEveryCommandOnceAndNoKeyServesTwo) {
   std::set<CommandId> ids;
   for (const Command& command : Commands()) {
     EXPECT_TRUE(ids.insert(command.id).second) << command.name;
+    EXPECT_NE(command.handler, nullptr) << command.name;
     for (const auto& key : QKeySequence::listFromString(command.key.data())) {
       if (command.key.empty()) continue;
       EXPECT_FALSE(key.isEmpty()) << command.key;
