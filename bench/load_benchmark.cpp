@@ -15,6 +15,7 @@
 #include "base/platform.h"
 #include "cli/cli_front_end.h"
 #include "editor/editor.h"
+#include "support/direct_transaction.h"
 #include "support/ifo_builder.h"
 #include "support/pack_builder.h"
 #include "support/spu_builder.h"
@@ -127,7 +128,7 @@ long PeakMib() {
 int Run(const std::string& folder, std::uint32_t count, std::uint64_t gib) {
   const auto files = MakeDiskFileSystem();
   const auto paths = Domain(*files, folder, count, gib).Make();
-  Session session(*files, std::make_unique<DirectTransactionSource>());
+  Session session(*files, std::make_unique<test::DirectTransactionSource>(*files));
   session.fastOpen = FastOpen::kNever;
   const auto yes = [](const std::string&) { return true; };
   const auto show = [](const std::string& text) {

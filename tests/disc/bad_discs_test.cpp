@@ -13,6 +13,7 @@
 #include "editor/editor.h"
 #include "spu/colour_edit.h"
 #include "spu/parse.h"
+#include "support/direct_transaction.h"
 #include "support/ifo_builder.h"
 #include "support/memory_files.h"
 #include "support/pack_builder.h"
@@ -157,7 +158,7 @@ std::size_t Title(const Bytes& ifo, std::size_t pointer) {
 class Program {
  public:
   explicit Program(test::MemoryFileSystem& files)
-      : session_(files, std::make_unique<DirectTransactionSource>()) {
+      : session_(files, std::make_unique<test::DirectTransactionSource>(files)) {
     const auto yes = [](const std::string&) { return true; };
     const auto show = [this](const std::string& text) {
       errors.push_back(text);
