@@ -128,7 +128,8 @@ long PeakMib() {
 int Run(const std::string& folder, std::uint32_t count, std::uint64_t gib) {
   const auto files = MakeDiskFileSystem();
   const auto paths = Domain(*files, folder, count, gib).Make();
-  Session session(*files, std::make_unique<test::DirectTransactionSource>(*files));
+  Session session(*files, folder);
+  session.transactions = std::make_unique<test::DirectTransactionSource>(*files);
   session.fastOpen = FastOpen::kNever;
   const auto yes = [](const std::string&) { return true; };
   const auto show = [](const std::string& text) {

@@ -157,8 +157,8 @@ std::size_t Title(const Bytes& ifo, std::size_t pointer) {
 
 class Program {
  public:
-  explicit Program(test::MemoryFileSystem& files)
-      : session_(files, std::make_unique<test::DirectTransactionSource>(files)) {
+  explicit Program(test::MemoryFileSystem& files) : session_(files, "/state") {
+    session_.transactions = std::make_unique<test::DirectTransactionSource>(files);
     const auto yes = [](const std::string&) { return true; };
     const auto show = [this](const std::string& text) {
       errors.push_back(text);
