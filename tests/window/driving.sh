@@ -21,8 +21,13 @@ main_window() {
   window "${main_title-VTS_01_1.VOB}"
 }
 
+# picture WINDOW FILE: without a window `import` would wait for a click on one.
+picture() {
+  [ -n "$1" ] && import -silent -window "$1" "$2" 2>/dev/null
+}
+
 snapshot() {
-  import -silent -window "$(main_window)" "$1"
+  picture "$(main_window)" "$1"
 }
 
 differing_pixels() {
