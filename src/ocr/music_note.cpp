@@ -66,12 +66,17 @@ class NoteShape {
       pixels += run.Length();
       widest = std::max(widest, run.Length());
     }
-    return widest >= 2 * stem_.Length() && stem_.first - head.x0 >= AtLeastTwo(kHeadReach) &&
-           head.x1 <= stem_.last + kStemDrift && pixels >= kHeadFill * head.Width() * head.Height();
+    const int left = stem_.first - head.x0, right = std::max(head.x1 - stem_.last, 0);
+    return widest >= 2 * stem_.Length() && left > 2 * right &&
+           stem_.first - head.x0 >= AtLeastTwo(kHeadReach) && head.x1 <= stem_.last + kStemDrift &&
+           pixels >= kHeadFill * head.Width() * head.Height();
   }
   [[nodiscard]] bool HasFlag() const {
     int reach = 0;
     for (int row = 0; row < RowAt(kHeadTop); ++row) {
+      // A serif reaches to the left as well.
+      if (!Row(row).empty() && row < RowAt(kStemTop) && Row(row).front().first < stem_.first - 1)
+        return false;
       if (!Row(row).empty()) reach = std::max(reach, Row(row).back().last - stem_.last);
     }
     return reach >= AtLeastTwo(kFlagReach);

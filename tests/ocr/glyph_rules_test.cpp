@@ -48,6 +48,9 @@ TEST(GlyphRulesTest, ANoteHasAHeadAStemAndAFlag) {
   auto letterF = Note();
   for (std::size_t row = 11; row < 15; ++row) letterF[row] = "....#...";
   EXPECT_FALSE(isNote(letterF));
+  std::vector<std::string> serifs(18, "..##..");
+  for (const std::size_t row : {0U, 1U, 16U, 17U}) serifs[row] = "######";
+  EXPECT_FALSE(isNote(serifs));
 }
 
 TEST(GlyphRulesTest, MarksDecideTheAccentThatWasNotRead) {
