@@ -11,24 +11,14 @@ extern "C" {
 
 #include "video/audio_decoder.h"
 
+#include "video/ffmpeg_owners.h"
+
 namespace quillomar {
 namespace {
 
 constexpr int kSilent = 100;  // as for pictures: damage is no news
 constexpr std::int64_t kClock = 90000;
 
-struct CloseParser {
-  void operator()(AVCodecParserContext* parser) const { av_parser_close(parser); }
-};
-struct FreeContext {
-  void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
-};
-struct FreePacket {
-  void operator()(AVPacket* packet) const { av_packet_free(&packet); }
-};
-struct FreeFrame {
-  void operator()(AVFrame* frame) const { av_frame_free(&frame); }
-};
 struct FreeMixer {
   void operator()(SwrContext* mixer) const { swr_free(&mixer); }
 };

@@ -14,6 +14,8 @@ extern "C" {
 #include "video/deinterlace.h"
 #include "video/video_decoder.h"
 
+#include "video/ffmpeg_owners.h"
+
 namespace quillomar {
 namespace {
 
@@ -24,18 +26,6 @@ constexpr std::int64_t kMostPixels = std::int64_t{1920} * 1152;
 constexpr int kSilent = 100;
 constexpr int kCroppedWidth = 704;  // the middle columns of a full picture
 
-struct CloseParser {
-  void operator()(AVCodecParserContext* parser) const { av_parser_close(parser); }
-};
-struct FreeContext {
-  void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
-};
-struct FreePacket {
-  void operator()(AVPacket* packet) const { av_packet_free(&packet); }
-};
-struct FreeFrame {
-  void operator()(AVFrame* frame) const { av_frame_free(&frame); }
-};
 struct FreeScaler {
   void operator()(SwsContext* scaler) const { sws_freeContext(scaler); }
 };
