@@ -9,7 +9,7 @@ namespace quillomar {
 namespace {
 
 constexpr const char* kPath = "/data/quillomar.ini";
-constexpr const char* kFallback = "c:/WINDOWS/Application Data";
+constexpr const char* kHeader = "[quillomar]\n";
 
 class FakeWindow final : public WindowRectTarget {
  public:
@@ -26,71 +26,64 @@ class FakeWindow final : public WindowRectTarget {
 
 class SettingsStoreTest : public ::testing::Test {
  protected:
-  SettingsStoreTest() { EXPECT_EQ(files_.CreateFolder("/data"), Result::kDone); }
-
-  void PutFile(std::string_view keys) {
-    const std::string text = std::string("[quillomar]\n").append(keys);
+  void PutFile(const std::string& keys) {
+    const std::string text = kHeader + keys;
     files_.Put(kPath, Bytes(text.begin(), text.end()));
   }
-  std::string FileText() {
+  std::string FileKeys() {
     const Bytes& bytes = files_.Content(kPath);
-    return {bytes.begin(), bytes.end()};
+    return std::string(bytes.begin(), bytes.end()).substr(std::string(kHeader).size());
   }
-  std::string FileKeys() { return FileText().substr(std::string("[quillomar]\n").size()); }
   SettingsStore OpenStore() {
+    EXPECT_EQ(files_.CreateFolder("/data"), Result::kDone);
     SettingsStore store(files_, {"/opt/bin/quillomar", "", "/data"});
     store.Open("", false);
     return store;
   }
 
   test::MemoryFileSystem files_;
-  std::int32_t first_ = 0, second_ = 0;
 };
 
-TEST_F(SettingsStoreTest, FindsItsFile) {
-  SettingsStore store(files_, {"", "/opt/renamed.bin", "/data"});
-  store.Open("", false);
-  EXPECT_EQ(store.Path(), "/data/renamed.ini");
-  EXPECT_EQ(store.Section(), "renamed");
-  store.Open("tool", true);
-  EXPECT_EQ(store.Path(), "/data/tool/tool.ini");
-  EXPECT_TRUE(files_.IsFolder("/data/tool"));
-}
-
-TEST_F(SettingsStoreTest, FallsBackWithoutUsableFolder) {
-  for (const std::optional<std::string>& appData :
-       {std::optional<std::string>(), std::optional<std::string>("/missing")}) {
+TEST_F(SettingsStoreTest, FindsItsFileInTheUsersFolderOrOneThatItMakes) {
+  const std::string fallback = "c:/WINDOWS/Application Data";
+  struct Case {
+    ProgramPlace place;
+    const char* name;
+    bool subfolder;
+    std::string path;
+  };
+  for (const Case& each :
+       {Case{{"", "/opt/renamed.bin", "/data"}, "", false, "/data/renamed.ini"},
+        Case{{"", "/opt/renamed.bin", "/data"}, "tool", true, "/data/tool/tool.ini"},
+        Case{{"quillomar", "", "/missing"}, "", false, fallback + "/quillomar.ini"},
+        Case{{"a", "", std::nullopt}, "", true, fallback + "/a/a.ini"}}) {
     test::MemoryFileSystem files;
-    SettingsStore store(files, {"quillomar", "", appData});
-    store.Open("", false);
-    EXPECT_EQ(store.Path(), std::string(kFallback) + "/quillomar.ini");
-    EXPECT_TRUE(files.IsFolder(kFallback));
-    store.Open("", true);
-    EXPECT_EQ(store.Path(), std::string(kFallback) + "/quillomar/quillomar.ini");
+    EXPECT_EQ(files.CreateFolder("/data"), Result::kDone);
+    SettingsStore store(files, each.place);
+    store.Open(each.name, each.subfolder);
+    EXPECT_EQ(store.Path(), each.path);
+    EXPECT_TRUE(files.IsFolder(each.path.substr(0, each.path.rfind('/')))) << each.path;
   }
 }
 
-TEST_F(SettingsStoreTest, ReadsIntegers) {
-  const std::vector<std::pair<std::string, std::int32_t>> cases = {
-      {"k=48\n", 48},         {"k=-5 \n", -5},   {"k= +7up\n", 7}, {"k=0x10\n", 0},
-      {"k=abc\n", 0},         {"k=\n", 0},       {"x=1\n", 99},    {"", 99},
-      {"k=4294967295\n", -1}, {"k=\"12\"\n", 12}};
-  for (const auto& [text, wanted] : cases) {
-    PutFile(text);
-    EXPECT_EQ(OpenStore().ReadInt("K", 99), wanted) << text;
-  }
-}
-
-TEST_F(SettingsStoreTest, ReadsFloats) {
-  const std::vector<std::pair<std::string, float>> cases = {
-      {"", 10.0F},        {"k=\n", 10.0F},    {"k=2.5\n", 2.5F}, {"k= +1e2 s\n", 100.0F},
-      {"k=word\n", 3.0F}, {"k=1e99\n", 3.0F}, {"k=nan\n", 3.0F}, {"k=-0.125\n", -0.125F}};
-  for (const auto& [text, wanted] : cases) {
-    PutFile(text);
+TEST_F(SettingsStoreTest, ReadsNumbers) {
+  struct Case {
+    const char* text;
+    std::int32_t integer;
+    float real;
+  };
+  for (const Case& each :
+       {Case{"", 99, 10}, Case{"x=1\n", 99, 10}, Case{"k=\n", 0, 10}, Case{"k=word\n", 0, 3},
+        Case{"k=-5 \n", -5, -5}, Case{"k= +7up\n", 7, 7}, Case{"k=0x10\n", 0, 0},
+        Case{"k=\"12\"\n", 12, 12}, Case{"k=4294967295\n", -1, 4294967296.0F},
+        Case{"k= +1e2 s\n", 1, 100}, Case{"k=-0.125\n", 0, -0.125F}, Case{"k=1e99\n", 1, 3},
+        Case{"k=nan\n", 0, 3}}) {
+    PutFile(each.text);
     SettingsStore store = OpenStore();
-    float value = 3.0F;
-    store.BindFloat(value, "k", 10.0F);
-    EXPECT_EQ(value, wanted) << text;
+    float value = 3;
+    store.BindFloat(value, "k", 10);
+    EXPECT_EQ(value, each.real) << each.text;
+    EXPECT_EQ(store.ReadInt("K", 99), each.integer) << each.text;
   }
 }
 
@@ -102,106 +95,76 @@ TEST_F(SettingsStoreTest, CutsTextsAtWholeCharacters) {
   EXPECT_EQ(OpenStore().ReadText("missing", "default"), "default");
 }
 
-TEST_F(SettingsStoreTest, PlacesWindows) {
+TEST_F(SettingsStoreTest, PlacesWindowsAndKeepsThePlaceOfMinimisedOnes) {
   struct Case {
     const char* text;
-    std::optional<WindowRect> wanted;
+    std::optional<WindowRect> placed;
   };
-  const std::vector<Case> cases = {{"k=-5 -3 640 480\n", WindowRect{0, 0, 640, 480}},
-                                   {"k=7 0 1 1\n", WindowRect{7, 0, 1, 1}},
-                                   {"k=1 2 0 480\n", std::nullopt},
-                                   {"k=1 2 640 -480\n", std::nullopt},
-                                   {"k=1 2 640\n", std::nullopt},
-                                   {"k=1,2,3,4\n", std::nullopt},
-                                   {"k=1 2 3 99999999999\n", std::nullopt},
-                                   {"k=\n", std::nullopt},
-                                   {"", std::nullopt}};
-  for (const Case& one : cases) {
-    PutFile(one.text);
+  for (const Case& each :
+       {Case{"k=-5 -3 640 480\n", WindowRect{0, 0, 640, 480}},
+        Case{"k=7 0 1 1\n", WindowRect{7, 0, 1, 1}}, Case{"k=1 2 0 480\n", {}},
+        Case{"k=1 2 640 -480\n", {}}, Case{"k=1 2 640\n", {}}, Case{"k=1,2,3,4\n", {}},
+        Case{"k=1 2 3 99999999999\n", {}}, Case{"k=\n", {}}, Case{"", {}}}) {
+    PutFile(each.text);
     SettingsStore store = OpenStore();
     FakeWindow window;
     store.BindWindowRect(window, "k", true);
-    EXPECT_EQ(window.placed, one.wanted) << one.text;
-    EXPECT_EQ(window.movedOnly, one.wanted.has_value());
+    EXPECT_EQ(window.placed, each.placed) << each.text;
+    EXPECT_EQ(window.movedOnly, each.placed.has_value());
+    for (const WindowRect& minimised : {WindowRect{-32000, 0, 160, 28}, WindowRect{5, -1, 160, 28},
+                                        WindowRect{5, 5, -9, 28}, WindowRect{5, 5, 9, -28}}) {
+      window.current = minimised;
+      store.SaveAll();
+      EXPECT_EQ(FileKeys(), each.text);
+    }
+    window.current = WindowRect{0, 0, 0, 0};
+    store.SaveAll();
+    EXPECT_EQ(FileKeys(), "k=0 0 0 0\n");
   }
 }
 
-TEST_F(SettingsStoreTest, WritesInOrderOfBinding) {
+TEST_F(SettingsStoreTest, WritesInOrderOfBindingAndKeepsWhatOthersWroteMeanwhile) {
   SettingsStore store = OpenStore();
-  struct Bound {
-    std::string text;
-    std::int32_t number = 0;
-    float range = 0;
-  } bound;
+  std::string text;
+  float range = 0;
+  std::int32_t number = 0;
   FakeWindow window;
-  store.BindText(bound.text, "Text", "");
-  store.BindFloat(bound.range, "Range", 10.0F);
+  store.BindText(text, "Text", "");
+  store.BindFloat(range, "Range", 10);
   store.BindWindowRect(window, "Window", false);
-  store.BindInt(bound.number, "Colour", 0);
-  bound = {"/a folder/\xC3\xA4", 0x323232, 0.1F};
-  window.current = WindowRect{1, 0, 640, 480};
+  store.BindInt(number, "Colour", 0);
+  text = "/a folder/\xC3\xA4";
+  range = 0.1F;
+  number = 0x323232;
   EXPECT_FALSE(files_.Exists(kPath));
   store.SaveAll();
-  EXPECT_EQ(FileKeys(),
-            "Text=/a folder/\xC3\xA4\nRange=0.100000001490\nWindow=1 0 640 480\nColour=3289650\n");
-  bound.number = -1;
-  bound.text = "unsaved";
+  const std::string first = "Text=/a folder/\xC3\xA4\nRange=0.100000001490\n";
+  EXPECT_EQ(FileKeys(), first + "Colour=3289650\n");
+  PutFile("; by hand\n" + first + "Colour=3289650\nNoSize=1\n");
+  number = -1;
+  text = "unsaved";
   store.SaveOne(3);
-  store.SaveOne(4);
-  EXPECT_NE(FileKeys().find("Colour=-1\n"), std::string::npos);
-  EXPECT_EQ(FileKeys().find("unsaved"), std::string::npos);
-}
-
-TEST_F(SettingsStoreTest, MinimisedWindowsKeepTheirStoredPlace) {
-  for (const std::optional<WindowRect>& current :
-       {std::optional<WindowRect>(), std::optional<WindowRect>({-32000, -32000, 160, 28}),
-        std::optional<WindowRect>({5, -1, 160, 28}), std::optional<WindowRect>({5, 5, -9, 28})}) {
-    PutFile("k=1 2 3 4\n");
-    SettingsStore store = OpenStore();
-    FakeWindow window;
-    store.BindWindowRect(window, "k", false);
-    window.current = current;
-    store.SaveAll();
-    EXPECT_EQ(FileKeys(), "k=1 2 3 4\n");
-  }
-}
-
-TEST_F(SettingsStoreTest, KeepsWhatOthersWroteMeanwhile) {
-  PutFile("mine=1\n");
-  SettingsStore store = OpenStore();
-  store.BindInt(first_, "mine", 0);
-  first_ = 2;
-  PutFile("; by hand\nmine=1\nNoSize=1\n");
-  store.SaveAll();
-  EXPECT_EQ(FileKeys(), "; by hand\nmine=2\nNoSize=1\n");
+  for (const std::size_t none : {4U, 1000000U}) store.SaveOne(none);
+  EXPECT_EQ(FileKeys(), "; by hand\n" + first + "Colour=-1\nNoSize=1\n");
 }
 
 TEST_F(SettingsStoreTest, OverridesAreReadAndNeverWritten) {
   PutFile("a=1\nb=2\n");
   SettingsStore store = OpenStore();
-  store.Override("A", "3");
-  store.Override("a", "7");
-  store.Override("tool", "x");
-  store.Override("Mispelt", "8");
-  store.BindInt(first_, "a", 0);
-  store.BindInt(second_, "b", 0);
-  EXPECT_EQ(first_, 7);
+  for (const auto& [key, value] : {std::pair("A", "3"), {"a", "7"}, {"tool", "x"}, {"Typo", "8"}}) {
+    store.Override(key, value);
+  }
+  std::int32_t overridden = 0;
+  std::int32_t other = 0;
+  store.BindInt(overridden, "a", 0);
+  store.BindInt(other, "b", 0);
+  EXPECT_EQ(overridden, 7);
   EXPECT_EQ(store.ReadText("tool", ""), "x");
-  EXPECT_EQ(store.UnreadOverrides(), std::vector<std::string>{"Mispelt"});
-  second_ = 5;
+  EXPECT_EQ(store.UnreadOverrides(), std::vector<std::string>{"Typo"});
+  other = 5;
   store.SaveAll();
   store.WriteText("tool", "x");
   EXPECT_EQ(FileKeys(), "a=1\nb=5\n");
-}
-
-TEST_F(SettingsStoreTest, WhatCannotBeWrittenIsSilent) {
-  PutFile("a=1\n");
-  SettingsStore store = OpenStore();
-  store.BindInt(first_, "a", 0);
-  first_ = 2;
-  files_.FailWritesFrom(0);
-  store.SaveAll();
-  EXPECT_EQ(FileKeys(), "a=1\n");
 }
 
 constexpr const char* kDefaults =
@@ -222,12 +185,6 @@ constexpr const char* kDefaults =
 
 class AllSettings : public SettingsStoreTest {
  protected:
-  AllSettings() {
-    main_.current = WindowRect{10, 20, 800, 600};
-    scan_.current = WindowRect{1, 2, 3, 4};
-    applyAll_.current = WindowRect{5, 6, 7, 8};
-    zoom_.current = WindowRect{9, 10, 11, 12};
-  }
   // One run of the program that changes nothing.
   void Run() {
     SettingsStore store = OpenStore();
@@ -239,6 +196,10 @@ class AllSettings : public SettingsStoreTest {
 };
 
 TEST_F(AllSettings, WriteEveryKeyInOrder) {
+  main_.current = WindowRect{10, 20, 800, 600};
+  scan_.current = WindowRect{1, 2, 3, 4};
+  applyAll_.current = WindowRect{5, 6, 7, 8};
+  zoom_.current = WindowRect{9, 10, 11, 12};
   Run();
   EXPECT_EQ(FileKeys(), kDefaults);
   EXPECT_FALSE(main_.placed);
@@ -247,23 +208,23 @@ TEST_F(AllSettings, WriteEveryKeyInOrder) {
   EXPECT_EQ(main_.placed, main_.current);
   EXPECT_FALSE(main_.movedOnly);
   EXPECT_TRUE(scan_.movedOnly && applyAll_.movedOnly && zoom_.movedOnly);
+  main_.placed.reset();
+  PutFile("NoSize=1\nMainWindowPos=1 2 30 40\n");
+  Run();
+  EXPECT_FALSE(main_.placed);
+  EXPECT_EQ(FileKeys().rfind("NoSize=1\nMainWindowPos=1 2 30 40\nScanWindowPos=", 0), 0U);
 }
 
 // Every key holds a value of its own, so that two fields that changed places would show.
 TEST_F(AllSettings, ReadEveryKeyIntoItsOwnField) {
   std::string keys;
   int next = 101;
-  for (std::string_view rest = kDefaults; !rest.empty();) {
-    const auto equals = rest.find('=');
-    const auto end = rest.find('\n');
-    keys.append(rest.substr(0, equals)).append("=").append(std::to_string(next++)).append("\n");
-    rest.remove_prefix(end + 1);
+  for (std::string_view rest = kDefaults; !rest.empty(); rest.remove_prefix(rest.find('\n') + 1)) {
+    const std::string key(rest.substr(0, rest.find('=') + 1));
+    keys +=
+        key + std::to_string(next++) + (key == "RetimingSliderRange=" ? ".000000000000\n" : "\n");
   }
-  const std::string range = "RetimingSliderRange=";
-  const auto digits = keys.find(range) + range.size();
-  keys.insert(digits + 3, ".000000000000");
   PutFile(keys);
-  for (FakeWindow* window : {&main_, &scan_, &applyAll_, &zoom_}) window->current.reset();
   Run();
   EXPECT_EQ(FileKeys(), keys);
   EXPECT_EQ(preferences_.lastPpmDir, "103");
@@ -276,39 +237,31 @@ TEST_F(AllSettings, ReadEveryKeyIntoItsOwnField) {
   EXPECT_EQ(preferences_.bitmapToolArguments, "149");
 }
 
-TEST_F(AllSettings, NoSizeLeavesTheMainWindowAlone) {
-  PutFile("NoSize=1\nMainWindowPos=1 2 30 40\n");
-  Run();
-  EXPECT_FALSE(main_.placed);
-  EXPECT_EQ(FileKeys().rfind("NoSize=1\nMainWindowPos=1 2 30 40\nScanWindowPos=", 0), 0U);
-}
-
-TEST(Preferences, ColoursHaveRedInTheLowByte) {
-  EXPECT_EQ(SplitColour(3289650), (ColourBytes{0x32, 0x32, 0x32}));
+TEST(Preferences, ColoursAndBordersOfAPreset) {
   EXPECT_EQ(SplitColour(0x00BBCCDD), (ColourBytes{0xDD, 0xCC, 0xBB}));
-}
-
-TEST(Preferences, BorderHeightsFollowTheVideoStandard) {
   const Preferences preferences;
-  EXPECT_EQ(BorderHeight(preferences, 3, true), 89);
-  EXPECT_EQ(BorderHeight(preferences, 3, false), 106);
-  EXPECT_EQ(BorderHeight(preferences, 0, true), 0);
-  EXPECT_EQ(BorderHeight(preferences, 6, true), 0);
+  for (const auto& [preset, ntsc, height] : {std::tuple(3, true, 89),
+                                             {3, false, 106},
+                                             {1, true, 48},
+                                             {5, true, 62},
+                                             {0, true, 0},
+                                             {6, true, 0}}) {
+    EXPECT_EQ(BorderHeight(preferences, preset, ntsc), height) << preset;
+  }
 }
 
 TEST(Preferences, BracketPairsAlwaysHoldThree) {
-  const auto pairs = [](int square, int parentheses, int notes) {
+  for (const auto& [square, parentheses, notes, expected] : {std::tuple(1, 1, 1, "[(##)]"),
+                                                             {0, 1, 0, "((()))"},
+                                                             {1, 0, 1, "[####]"},
+                                                             {0, 0, 0, "[[[]]]"}}) {
     Preferences preferences;
     preferences.ocrBracketSquare = square;
     preferences.ocrBracketParentheses = parentheses;
     preferences.ocrBracketNotes = notes;
     const BracketPairs all = BracketPairsOf(preferences);
-    return std::string(all.begin(), all.end());
-  };
-  EXPECT_EQ(pairs(1, 1, 1), "[(##)]");
-  EXPECT_EQ(pairs(0, 1, 0), "((()))");
-  EXPECT_EQ(pairs(1, 0, 1), "[####]");
-  EXPECT_EQ(pairs(0, 0, 0), "[[[]]]");
+    EXPECT_EQ(std::string(all.begin(), all.end()), expected);
+  }
 }
 
 }  // namespace
