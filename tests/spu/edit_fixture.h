@@ -10,7 +10,31 @@
 
 namespace quillomar::test {
 
-// Units to be edited, and what must hold of them afterwards.
+// What a unit's bytes say, apart from where it stands in them.
+struct Content {
+  using Command = std::pair<std::uint32_t, std::array<std::uint16_t, 4>>;
+  std::vector<std::pair<int, std::vector<Command>>> sequences;
+  std::vector<std::string> rows;
+  DisplayArea area;
+  bool operator==(const Content&) const = default;
+};
+
+inline Content ContentOf(const Bytes& bytes, const SpuContext& context) {
+  SubpictureUnit reader = MakeUnit(bytes);
+  EXPECT_EQ(ParseControlSequences(reader, 0, 0, context), Result::kDone);
+  EXPECT_EQ(DecodeBitmap(reader, context), Result::kDone);
+  Content content{{}, PixelRows(reader), reader.state.area};
+  for (const auto& sequence : reader.state.sequences) {
+    auto& commands = content.sequences.emplace_back(sequence.delay, 0).second;
+    for (const auto& each : sequence.commands) {
+      commands.emplace_back(each.code, each.arguments);
+      if (each.code == kSetFieldOffsets) commands.back().second = {};
+    }
+  }
+  return content;
+}
+
+// Units to be read or edited, and what must hold of them afterwards.
 class EditTest : public testing::Test {
  protected:
   SubpictureUnit Parsed(const Bytes& bytes, int freeRoom) {
@@ -22,6 +46,11 @@ class EditTest : public testing::Test {
   }
   SubpictureUnit Parsed(const SpuDescription& description, int freeRoom = 500) {
     return Parsed(BuildSpu(description), freeRoom);
+  }
+  SubpictureUnit Decoded(const SpuDescription& description) {
+    SubpictureUnit unit = Parsed(description, 0);
+    EXPECT_EQ(DecodeBitmap(unit, context_), Result::kDone);
+    return unit;
   }
   static SpuDescription Plain(int stopDelay) {
     return Subtitle({"00000000", "01233210", "00111100", "02222220"}, 100, 400, stopDelay);
@@ -35,29 +64,14 @@ class EditTest : public testing::Test {
     EXPECT_EQ(unit.state, before.state);
     EXPECT_EQ(unit.currentSequence, before.currentSequence);
     EXPECT_EQ(unit.currentAlphas, before.currentAlphas);
-    const std::vector<std::string> shown(text.empty() ? 0 : 1, text);
-    EXPECT_EQ(messages_.errors, shown);
+    EXPECT_EQ(messages_.errors, std::vector<std::string>(text.empty() ? 0 : 1, text));
   }
-  // What the bytes say, apart from where it stands in them.
-  struct Content {
-    std::vector<std::pair<int, std::vector<std::pair<std::uint32_t, std::array<std::uint16_t, 4>>>>>
-        sequences;
-    std::vector<std::string> rows;
-    DisplayArea area;
-    bool operator==(const Content&) const = default;
-  };
+  // The content, of which the unit must hold the same sequences.
   Content ContentOf(const SubpictureUnit& unit) {
-    SubpictureUnit reader = Parsed(unit.state.bytes, 0);
-    EXPECT_EQ(reader.state.sequences, unit.state.sequences);
-    EXPECT_EQ(DecodeBitmap(reader, context_), Result::kDone);
-    Content content{{}, PixelRows(reader), reader.state.area};
-    for (const auto& sequence : reader.state.sequences) {
-      auto& commands = content.sequences.emplace_back(sequence.delay, 0).second;
-      for (const auto& each : sequence.commands) commands.emplace_back(each.code, each.arguments);
-    }
-    return content;
+    EXPECT_EQ(Parsed(unit.state.bytes, 0).state.sequences, unit.state.sequences);
+    return test::ContentOf(unit.state.bytes, context_);
   }
-  PixelTypeValues AlphasOf(SubpictureUnit& unit, int sequence) {
+  static PixelTypeValues AlphasOf(SubpictureUnit& unit, int sequence) {
     SelectControlSequence(unit, sequence);
     return *unit.currentAlphas;
   }

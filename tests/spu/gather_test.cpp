@@ -27,8 +27,7 @@ TEST(Gather, PutsUnitsOfOneToThreePacksTogether) {
         Case{2019, 1, 5, 0}, Case{2019 + 100, 2, 5, 2018 - 100}, Case{5000, 3, 5, 1061}}) {
     const Bytes bytes = UnitOfSize(each.size);
     ASSERT_EQ(bytes.size(), each.size);
-    SubpictureSpec spec{.stream = 2, .pts = 0x1'2345'6789};
-    spec.firstHeaderLength = each.header;
+    const SubpictureSpec spec{.stream = 2, .pts = 0x1'2345'6789, .firstHeaderLength = each.header};
     PackDisc disc(MakeSubpicturePacks(bytes, spec), 2);
     SpuGatherer gatherer(disc.set);
     const Answers answers = disc.Gather(gatherer);
@@ -54,10 +53,7 @@ TEST(Gather, PutsUnitsOfOneToThreePacksTogether) {
 
 TEST(Gather, TakesFromEachPackOnlyWhatItsLengthSays) {
   const Bytes bytes = UnitOfSize(1200);
-  SubpictureSpec spec;
-  spec.packs = 3;
-  auto packs = MakeSubpicturePacks(bytes, spec);
-  PackDisc disc(packs);
+  PackDisc disc(MakeSubpicturePacks(bytes, {.packs = 3}));
   EXPECT_EQ(disc.GatherOne().state.bytes, bytes);
   for (const char* lba : {"1", "2"}) {
     EXPECT_TRUE(disc.messages.Logged(
@@ -68,90 +64,57 @@ TEST(Gather, TakesFromEachPackOnlyWhatItsLengthSays) {
   EXPECT_EQ(disc.messages.LogLines().size(), 2U);
 }
 
-TEST(Gather, RefusesAFirstPackWithoutTimeStamp) {
-  SubpictureSpec spec;
-  spec.firstHeaderLength = 0;
-  auto packs = MakeSubpicturePacks(UnitOfSize(300), spec);
-  auto flagless = MakeSubpicturePacks(UnitOfSize(300), {});
-  flagless[0][kPesFlags2Offset] = 0;
-  packs.insert(packs.end(), flagless.begin(), flagless.end());
-  PackDisc disc(packs);
-  SpuGatherer gatherer(disc.set);
-  EXPECT_EQ(disc.Gather(gatherer), (Answers{kDropped, kDropped}));
-  ASSERT_EQ(disc.messages.errors.size(), 2U);
-  EXPECT_EQ(disc.messages.errors[0],
-            "Serious error while reading SPU # 7 starting at LBA 1 (LBA 1 of VTS_XX_2.VOB)\n"
-            "Replacing with a stuffing pack...\nVCID: 3/4 StreamID 0x20");
-  EXPECT_TRUE(disc.messages.Logged("Len is zero or there's no PTS at LBA 2!"));
-}
-
-TEST(Gather, ReplacesAnInterruptedUnitByTheNewOne) {
-  auto packs = MakeSubpicturePacks(UnitOfSize(3000), {});
-  packs.pop_back();
-  const Bytes second = UnitOfSize(2500);
-  const auto more = MakeSubpicturePacks(second, {.pts = 900});
-  packs.insert(packs.end(), more.begin(), more.end());
-  PackDisc disc(packs);
-  const SubpictureUnit unit = disc.GatherOne();
-  EXPECT_EQ(unit.state.bytes, second);
-  EXPECT_EQ(unit.state.pts, 900U);
-  EXPECT_EQ(unit.packs.size(), 2U);
-  EXPECT_EQ(disc.messages.errors,
-            std::vector<std::string>{
-                "SPU # 7 starting at LBA 1 (LBA 1 of VTS_XX_2.VOB) is incomplete! Dropping "
-                "it...\nVCID: 3/4 StreamID 0x20"});
-}
-
-TEST(Gather, DropsAUnitThatNeedsMoreThan32PacksAndItsRest) {
-  SubpictureSpec spec;
-  spec.packs = 35;
-  auto packs = MakeSubpicturePacks(UnitOfSize(3500), spec);
-  ASSERT_EQ(packs.size(), 35U);
-  const Bytes good = UnitOfSize(400);
-  const auto more = MakeSubpicturePacks(good, {});
-  packs.insert(packs.end(), more.begin(), more.end());
-  PackDisc disc(packs);
-  SpuGatherer gatherer(disc.set);
-  const Answers answers = disc.Gather(gatherer);
-  EXPECT_EQ(answers[32], kDropped);
-  EXPECT_EQ(std::count(answers.begin(), answers.end(), kDropped), 1);
-  EXPECT_EQ(answers.back(), kWhole);
-  EXPECT_EQ(gatherer.Unit().state.bytes, good);
-  ASSERT_EQ(disc.messages.errors.size(), 1U);
-  EXPECT_NE(disc.messages.errors[0].find("needs more than 32 packs! Dropping it..."),
-            std::string::npos);
-}
-
-TEST(Gather, DropsUnitsWhoseHeaderDoesNotHold) {
+TEST(Gather, DropsWhatIsNoUnit) {
+  auto noHeader = MakeSubpicturePacks(UnitOfSize(300), {.firstHeaderLength = 0});
+  auto noStamp = MakeSubpicturePacks(UnitOfSize(300), {});
+  noStamp[0][kPesFlags2Offset] = 0;
   Bytes pastEnd = UnitOfSize(300);
   PutShort(pastEnd, kSpuDcsqtOffset, 300);
-  PackDisc disc(MakeSubpicturePacks(pastEnd, {}));
-  SpuGatherer gatherer(disc.set);
-  EXPECT_EQ(disc.Gather(gatherer), Answers{kDropped});
-  ASSERT_FALSE(disc.messages.errors.empty());
-  EXPECT_EQ(disc.messages.errors[0],
-            "Inconsistent data in subpic at LBA 1. Offset to commands past end of SPU");
-
   auto cut = MakeSubpicturePacks(UnitOfSize(300), {});
   PutShort(cut[0], kPesLengthOffset, 5 + 4 + 3);
-  PackDisc second(cut);
-  SpuGatherer again(second.set);
-  EXPECT_EQ(second.Gather(again), Answers{kDropped});
+  const std::string replaced =
+      "Serious error while reading SPU # 7 starting at LBA 1 (LBA 1 of VTS_XX_2.VOB)\n"
+      "Replacing with a stuffing pack...\nVCID: 3/4 StreamID 0x20";
+  const std::string outside =
+      "Inconsistent data in subpic at LBA 1. Offset to commands past end of SPU";
+  struct Case {
+    std::vector<Sector> packs;
+    std::string error;
+    bool logged;
+  };
+  for (const Case& each :
+       {Case{noHeader, replaced, true}, Case{noStamp, replaced, true}, Case{cut, outside, false},
+        Case{MakeSubpicturePacks(pastEnd, {}), outside, false}}) {
+    PackDisc disc(each.packs);
+    SpuGatherer gatherer(disc.set);
+    EXPECT_EQ(disc.Gather(gatherer), Answers{kDropped});
+    EXPECT_EQ(disc.messages.errors.at(0), each.error);
+    EXPECT_EQ(disc.messages.Logged("Len is zero or there's no PTS at LBA 1!"), each.logged);
+  }
 }
 
-TEST(Gather, RecordsAPaddingPackOnlyInsideAUnit) {
-  const Bytes bytes = UnitOfSize(3000);
-  const auto packs = MakeSubpicturePacks(bytes, {});
-  PackDisc disc(packs);
-  SpuGatherer gatherer(disc.set);
-  const Sector padding = MakePaddingPack(0);
-  EXPECT_EQ(gatherer.GatherPack(padding, disc.Place(50), disc.Context()), kMore);
-  EXPECT_EQ(gatherer.GatherPack(packs[0], disc.Place(51), disc.Context()), kMore);
-  EXPECT_EQ(gatherer.GatherPack(padding, disc.Place(52), disc.Context()), kMore);
-  EXPECT_EQ(gatherer.GatherPack(packs[1], disc.Place(53), disc.Context()), kWhole);
-  EXPECT_EQ(gatherer.Unit().state.bytes, bytes);
-  ASSERT_EQ(gatherer.Unit().packs.size(), 3U);
-  EXPECT_EQ(gatherer.Unit().packs[1].lba, 52U);
+TEST(Gather, StartsAnewWhereAUnitIsInterruptedOrNeedsMoreThan32Packs) {
+  auto interrupted = MakeSubpicturePacks(UnitOfSize(3000), {});
+  interrupted.pop_back();
+  for (auto packs : {interrupted, MakeSubpicturePacks(UnitOfSize(3500), {.packs = 35})}) {
+    const std::size_t first = packs.size();
+    const Bytes good = UnitOfSize(2500);
+    const auto more = MakeSubpicturePacks(good, {.pts = 900});
+    packs.insert(packs.end(), more.begin(), more.end());
+    PackDisc disc(packs);
+    SpuGatherer gatherer(disc.set);
+    Answers expected(first + 2, kMore);
+    if (first == 35) expected[32] = kDropped;
+    expected.back() = kWhole;
+    EXPECT_EQ(disc.Gather(gatherer), expected);
+    EXPECT_EQ(gatherer.Unit().state.bytes, good);
+    EXPECT_EQ(gatherer.Unit().state.pts, 900U);
+    EXPECT_EQ(gatherer.Unit().packs.size(), 2U);
+    ASSERT_EQ(disc.messages.errors.size(), 1U);
+    const std::string why =
+        first == 35 ? "needs more than 32 packs!" : "(LBA 1 of VTS_XX_2.VOB) is incomplete!";
+    EXPECT_NE(disc.messages.errors[0].find(why + " Dropping it..."), std::string::npos);
+  }
 }
 
 TEST(Gather, SaysOnceThatPacksAreScrambled) {
@@ -167,17 +130,22 @@ TEST(Gather, SaysOnceThatPacksAreScrambled) {
   EXPECT_NE(disc.messages.errors[0].find("scrambled"), std::string::npos);
 }
 
-TEST(Gather, TakesTheButtonsOfTheLastHighlight) {
+TEST(Gather, TakesPaddingInsideAUnitAndTheButtonsOfTheLastHighlight) {
   const auto packs = MakeSubpicturePacks(UnitOfSize(3000), {});
   PackDisc disc(packs);
   disc.highlight.buttons = {Button{.colourNumber = 1}, Button{.colourNumber = 2}};
   SpuGatherer gatherer(disc.set);
-  PackContext place = disc.Place(1);
-  EXPECT_EQ(gatherer.GatherPack(packs[0], place, disc.Context()), kMore);
+  const Sector padding = MakePaddingPack(0);
+  EXPECT_EQ(gatherer.GatherPack(padding, disc.Place(50), disc.Context()), kMore);
+  EXPECT_EQ(gatherer.GatherPack(packs[0], disc.Place(51), disc.Context()), kMore);
   EXPECT_FALSE(gatherer.Unit().HasButtons());
+  EXPECT_EQ(gatherer.GatherPack(padding, disc.Place(52), disc.Context()), kMore);
+  PackContext place = disc.Place(53);
   place.buttonCount = 2;
   EXPECT_EQ(gatherer.GatherPack(packs[1], place, disc.Context()), kWhole);
   EXPECT_EQ(gatherer.Unit().highlight, disc.highlight);
+  ASSERT_EQ(gatherer.Unit().packs.size(), 3U);
+  EXPECT_EQ(gatherer.Unit().packs[1].lba, 52U);
 }
 
 }  // namespace

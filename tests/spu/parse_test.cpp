@@ -1,28 +1,17 @@
 #include "spu/parse.h"
 
-#include <gtest/gtest.h>
-
-#include "spu/colour_edit.h"
-#include "spu/run_length.h"
-#include "support/message_collector.h"
-#include "support/spu_builder.h"
+#include "edit_fixture.h"
 
 namespace quillomar {
 namespace {
 
 using namespace test;
 
-constexpr const char* kParseError =
-    "Serious error while parsing commands at LBA 1234\nSomething is wrong with this SPU";
-
-class ParseTest : public testing::Test {
+class ParseTest : public EditTest {
  protected:
-  SpuContext Context(VideoStandard standard = VideoStandard::kPal) {
-    return {messages_.reporter, limit_, standard};
-  }
   SubpictureUnit Parsed(const Bytes& bytes) {
     SubpictureUnit unit = MakeUnit(bytes);
-    result_ = ParseControlSequences(unit, 0, 0, Context());
+    result_ = ParseControlSequences(unit, 0, 0, context_);
     return unit;
   }
   std::string Dump(const SubpictureUnit& unit, VideoStandard standard) {
@@ -36,42 +25,8 @@ class ParseTest : public testing::Test {
     return text;
   }
 
-  MessageCollector messages_;
-  ReportLimit limit_{messages_.reporter};
   Result result_ = Result::kFailed;
 };
-
-TEST_F(ParseTest, ReadsEveryCommandWithItsPlaceAndArguments) {
-  SpuDescription description = Subtitle({"00000", "01230", "00000"}, 0x123, 0x1FE, 200);
-  description.sequences[0].commands = {
-      {kForcedStart}, ColourCommand({1, 2, 3, 4}), ContrastCommand({5, 6, 7, 8})};
-  const SubpictureUnit unit = Parsed(BuildSpu(description));
-  ASSERT_EQ(result_, Result::kDone);
-  const SpuState& state = unit.state;
-  ASSERT_EQ(state.sequences.size(), 2U);
-  const ControlSequence& first = state.sequences[0];
-  const ControlSequence& second = state.sequences[1];
-  EXPECT_EQ(first.ownOffset, state.dcsqtOffset);
-  EXPECT_EQ(first.nextOffset, second.ownOffset);
-  EXPECT_EQ(second.nextOffset, second.ownOffset);
-  EXPECT_EQ(second.delay, 200);
-  const std::uint16_t at = state.dcsqtOffset + 4;
-  const auto place = [at](int more) { return static_cast<std::uint16_t>(at + more); };
-  const std::vector<SpuCommand> expected = {
-      {kForcedStart, place(0), 0, {}},
-      {kSetColour, place(1), 4, {1, 2, 3, 4}},
-      {kSetContrast, place(4), 4, {5, 6, 7, 8}},
-      {kSetDisplayArea, place(7), 4, {0x200, 0x1FE, 0x127, 0x123}},
-      {kSetFieldOffsets, place(14), 2, {4, state.bottomOffset, 0, 0}},
-      {kEndOfCommands, place(19), 0, {}},
-  };
-  EXPECT_EQ(first.commands, expected);
-  EXPECT_EQ(state.area, (DisplayArea{0x123, 0x127, 0x1FE, 0x200}));
-  EXPECT_EQ(state.areaAsFound, state.area);
-  EXPECT_EQ(state.width, 5);
-  EXPECT_EQ(state.alignedWidth, 8);
-  EXPECT_EQ(state.height, 3);
-}
 
 TEST_F(ParseTest, LaterSequencesDoNotMoveThePicture) {
   SpuDescription description = Subtitle({"00000000", "00000000"}, 10, 570, 200);
@@ -84,33 +39,28 @@ TEST_F(ParseTest, LaterSequencesDoNotMoveThePicture) {
 }
 
 TEST_F(ParseTest, HeightEndsAtTheFrameAndTurnedAreasHaveNoBitmap) {
-  const Bytes tall = BuildSpu(Subtitle(std::vector<std::string>(20, "0000"), 0, 470, 9));
-  SubpictureUnit unit = MakeUnit(tall);
-  ASSERT_EQ(ParseControlSequences(unit, 0, 0, Context(VideoStandard::kNtsc)), Result::kDone);
-  EXPECT_EQ(unit.state.height, 10);
-
-  for (const DisplayArea area : {DisplayArea{9, 8, 0, 5}, DisplayArea{0, 5, 9, 8},
-                                 DisplayArea{0, 5, 576, 900}, DisplayArea{4095, 0, 4095, 0}}) {
-    Bytes bytes = tall;
-    const auto at = static_cast<std::ptrdiff_t>(*FindCommand(unit, kSetDisplayArea, 0));
-    const Bytes command = AreaCommand(area);
-    std::copy(command.begin(), command.end(), bytes.begin() + at);
-    SubpictureUnit turned = Parsed(bytes);
-    EXPECT_EQ(result_, Result::kDone);
-    EXPECT_EQ(turned.state.width * turned.state.height, 0);
-    EXPECT_EQ(DecodeBitmap(turned, Context()), Result::kFailed);
+  const SubpictureUnit found = Parsed(BuildSpu(Plain(9)));
+  const auto at = *FindCommand(found, kSetDisplayArea, 0);
+  struct Case {
+    DisplayArea area;
+    VideoStandard standard;
+    int width, height;
+  };
+  for (const Case& each : {Case{{0, 7, 470, 489}, VideoStandard::kNtsc, 8, 10},
+                           Case{{0, 7, 470, 489}, VideoStandard::kPal, 8, 20},
+                           Case{{9, 8, 0, 5}, VideoStandard::kPal, 0, 6},
+                           Case{{0, 5, 9, 8}, VideoStandard::kPal, 6, 0},
+                           Case{{0, 5, 576, 900}, VideoStandard::kPal, 6, 0},
+                           Case{{4095, 0, 4095, 0}, VideoStandard::kPal, 0, 0}}) {
+    SubpictureUnit unit = found;
+    const SpuContext context{messages_.reporter, limit_, each.standard};
+    const Bytes command = AreaCommand(each.area);
+    std::copy(command.begin(), command.end(), unit.state.bytes.begin() + at);
+    EXPECT_EQ(ParseControlSequences(unit, 0, 0, context), Result::kDone);
+    EXPECT_EQ(unit.state.width, each.width);
+    EXPECT_EQ(unit.state.height, each.height);
+    EXPECT_EQ(Failed(DecodeBitmap(unit, context)), each.width * each.height == 0);
   }
-}
-
-TEST_F(ParseTest, KeepsTheAreaAsFoundOfADecodedUnit) {
-  SubpictureUnit unit = Parsed(BuildSpu(Subtitle({"0000", "0110"}, 10, 20, 9)));
-  ASSERT_EQ(DecodeBitmap(unit, Context()), Result::kDone);
-  const Bytes moved = AreaCommand({12, 15, 30, 31});
-  std::copy(moved.begin(), moved.end(),
-            unit.state.bytes.begin() + *FindCommand(unit, kSetDisplayArea, 0));
-  ASSERT_EQ(ParseControlSequences(unit, 0, 0, Context()), Result::kDone);
-  EXPECT_EQ(unit.state.area, (DisplayArea{12, 15, 30, 31}));
-  EXPECT_EQ(unit.state.areaAsFound, (DisplayArea{10, 13, 20, 21}));
 }
 
 // Header, then one sequence at 4 with the given next offset, then another at 12.
@@ -122,19 +72,32 @@ Bytes Chain(int next, std::uint8_t command = kStart) {
 }
 
 TEST_F(ParseTest, ChainsEndAtTheirOwnOffsetAndNeverTurnBack) {
-  EXPECT_EQ(Parsed(Chain(4)).state.sequences.size(), 1U);
-  EXPECT_EQ(result_, Result::kDone);
-
+  struct Case {
+    int next;
+    std::uint8_t command;
+    std::size_t sequences;
+    std::string log, error;
+  };
+  const std::string serious =
+      "Serious error while parsing commands at LBA 1234\nSomething is wrong with this SPU";
+  const std::string log = "Error in Parse Command at LBA 1234: Offset to DCSQT ";
   // The second sequence points back into the first.
-  EXPECT_EQ(Parsed(Chain(12)).state.sequences.size(), 2U);
-  EXPECT_EQ(result_, Result::kFailed);
-  EXPECT_TRUE(messages_.Logged("Error in Parse Command at LBA 1234: Offset to DCSQT 6"));
-  ASSERT_EQ(messages_.errors.size(), 1U);
-  EXPECT_EQ(messages_.errors[0], kParseError);
-
-  EXPECT_EQ(Parsed(Chain(18)).state.sequences.size(), 1U);
-  EXPECT_EQ(result_, Result::kFailed);
-  EXPECT_TRUE(messages_.Logged("Error in Parse Command at LBA 1234: Offset to DCSQT 18"));
+  for (const Case& each :
+       {Case{4, kStart, 1, "", ""}, Case{12, kStart, 2, log + "6", serious},
+        Case{18, kStart, 1, log + "18", serious},
+        Case{12, 42, 1, "",
+             "Inconsistent data in subpic 7 at LBA 1234. Unknown command 42\nIgnoring this "
+             "subpic."}}) {
+    messages_.errors.clear();
+    const SubpictureUnit unit = Parsed(Chain(each.next, each.command));
+    EXPECT_EQ(unit.state.sequences.size(), each.sequences);
+    EXPECT_EQ(Failed(result_), !each.error.empty());
+    EXPECT_EQ(messages_.errors, std::vector<std::string>(each.error.empty() ? 0 : 1, each.error));
+    EXPECT_TRUE(each.log.empty() || messages_.Logged(each.log));
+    if (each.command == 42) {
+      EXPECT_EQ(unit.state.sequences[0].nextOffset, 4);
+    }
+  }
 }
 
 TEST_F(ParseTest, SequencesThatOverlapThroughoutTheUnitAreRefused) {
@@ -150,41 +113,6 @@ TEST_F(ParseTest, SequencesThatOverlapThroughoutTheUnitAreRefused) {
   EXPECT_EQ(result_, Result::kFailed);
   EXPECT_LT(unit.state.sequences.size(), 10U);
   ASSERT_EQ(messages_.errors.size(), 1U);
-}
-
-TEST_F(ParseTest, UnknownCommandsCloseTheChainWithAMessage) {
-  const SubpictureUnit unit = Parsed(Chain(12, 0x2A));
-  EXPECT_EQ(result_, Result::kFailed);
-  ASSERT_EQ(unit.state.sequences.size(), 1U);
-  EXPECT_EQ(unit.state.sequences[0].nextOffset, 4);
-  ASSERT_EQ(messages_.errors.size(), 1U);
-  EXPECT_EQ(messages_.errors[0],
-            "Inconsistent data in subpic 7 at LBA 1234. Unknown command 42\nIgnoring this subpic.");
-  for (int i = 0; i < 4; ++i) Parsed(Chain(12, 0xFE));
-  EXPECT_EQ(messages_.errors.size(), 4U);
-  EXPECT_EQ(messages_.errors[3],
-            "Inconsistent data in subpic 7 at LBA 1234. Unknown command 254\nIgnoring this "
-            "subpic.\nI won't report this error again");
-  EXPECT_EQ(limit_.Count(), 5);
-}
-
-TEST_F(ParseTest, DelaysAreWholeFramesRoundedUp) {
-  SubpictureUnit unit = MakeUnit({});
-  const auto delays = [&unit](std::uint16_t units) {
-    unit.state.sequences.assign(2, {});
-    unit.state.sequences[1].delay = units;
-    return std::pair(DelayMs(unit, 1, VideoStandard::kPal),
-                     DelayMs(unit, -1, VideoStandard::kNtsc));
-  };
-  EXPECT_EQ(delays(0), std::pair(0, 0));
-  EXPECT_EQ(delays(1), std::pair(40, 33));
-  EXPECT_EQ(delays(105), std::pair(1200, 1201));
-  EXPECT_EQ(delays(225), std::pair(2560, 2569));  // 64 PAL frames exactly
-  EXPECT_EQ(delays(65535), std::pair(745680, 745644));
-  EXPECT_EQ(DelayMs(unit, 2, VideoStandard::kPal), 0);
-  EXPECT_EQ(DurationMs(unit, VideoStandard::kPal), 745680);
-  unit.state.sequences.resize(1);
-  EXPECT_EQ(DurationMs(unit, VideoStandard::kPal), -1);
 }
 
 TEST_F(ParseTest, DumpsEveryCommandToTheCharacter) {
@@ -244,25 +172,24 @@ TEST_F(ParseTest, ColconStopsAtSixtyFourBandsAndSkipsColumnsPastTheEighth) {
   EXPECT_EQ(result_, Result::kDone);
 }
 
-TEST_F(ParseTest, ForcedAndShown) {
-  SpuDescription description = Subtitle({"0000", "0110"}, 10, 20, 105);
-  SubpictureUnit unit = Parsed(BuildSpu(description));
-  EXPECT_FALSE(IsForced(unit));
-  EXPECT_TRUE(IsShown(unit, Context()));
-
-  // Only types that do not occur are visible.
-  auto& commands = description.sequences[0].commands;
-  commands = {{kForcedStart}, ContrastCommand({0, 0, 15, 15})};
-  unit = Parsed(BuildSpu(description));
-  EXPECT_TRUE(IsForced(unit));
-  EXPECT_FALSE(IsShown(unit, Context()));
-
-  description.sequences[1].commands.push_back(ContrastCommand({0, 1, 0, 0}));
-  unit = Parsed(BuildSpu(description));
-  EXPECT_TRUE(IsShown(unit, Context()));
-  description.sequences[0].commands.clear();
-  unit = Parsed(BuildSpu(description));
-  EXPECT_FALSE(IsShown(unit, Context()));
+TEST_F(ParseTest, OnlyVisibleTypesThatOccurAreShown) {
+  struct Case {
+    PixelTypeValues first;
+    std::vector<Bytes> second;
+    bool shown;
+  };
+  for (const Case& each : {Case{{0, 15, 15, 15}, {}, true}, Case{{0, 0, 15, 15}, {}, false},
+                           Case{{0, 0, 15, 15}, {ContrastCommand({0, 1, 0, 0})}, true}}) {
+    SpuDescription description = Subtitle({"0000", "0110"}, 10, 20, 105);
+    description.sequences[0].commands = {{kForcedStart}, ContrastCommand(each.first)};
+    description.sequences[1].commands = each.second;
+    SubpictureUnit unit = Parsed(BuildSpu(description));
+    EXPECT_TRUE(IsForced(unit));
+    EXPECT_EQ(IsShown(unit, context_), each.shown);
+    description.sequences[0].commands.clear();
+    unit = Parsed(BuildSpu(description));
+    EXPECT_FALSE(IsShown(unit, context_));
+  }
 }
 
 // Whatever the bytes, reading ends and stays inside them (the sanitizers watch).
@@ -273,12 +200,12 @@ TEST_F(ParseTest, CutAndFlippedUnitsNeverEscape) {
   const Bytes whole = BuildSpu(description);
   const auto read = [this](const Bytes& bytes) {
     SubpictureUnit unit = Parsed(bytes);
-    if (!Failed(DecodeBitmap(unit, Context()))) {
+    if (!Failed(DecodeBitmap(unit, context_))) {
       EXPECT_EQ(unit.pixels.size(), static_cast<std::size_t>(unit.state.width) *
                                         static_cast<std::size_t>(unit.state.height));
     }
     Dump(unit, VideoStandard::kPal);
-    static_cast<void>(ReencodeBitmap(unit, {}, Context()));
+    static_cast<void>(ReencodeBitmap(unit, {}, context_));
   };
   for (std::size_t size = 0; size < whole.size(); ++size) {
     read(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));

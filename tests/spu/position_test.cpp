@@ -122,6 +122,14 @@ void CheckMove(const Model& model, int wanted, bool even) {
   EXPECT_TRUE(ScreenOf(unit) == visible);
   EXPECT_TRUE(FfmpegScreen(unit.state.bytes) == whole);
 
+  SubpictureUnit cropped = unit;
+  ASSERT_EQ(CropBackground(cropped, {1, 1}, disc.Context()), Result::kDone);
+  EXPECT_EQ(cropped.state.verticalOffset, reached);
+  EXPECT_TRUE(FfmpegScreen(cropped.state.bytes) == whole);
+  const Bytes once = cropped.state.bytes;
+  ASSERT_EQ(CropBackground(cropped, {1, 1}, disc.Context()), Result::kDone);
+  EXPECT_EQ(cropped.state.bytes, once);
+
   ASSERT_EQ(disc.Write(unit), Result::kDone);
   SubpictureUnit saved = disc.GatherOne();
   EXPECT_LT(saved.state.topOffset, saved.state.bottomOffset);
@@ -290,27 +298,6 @@ TEST(Position, BandsAndRepeatedPlacesFollow) {
   ASSERT_EQ(MoveVertical(unit, 0, false, disc.Context()), Result::kDone);
   EXPECT_EQ(unit.state.colconTables.at(0).bands[0].topLine, 4);
   EXPECT_EQ(unit.state.bytes.size(), found.size());
-}
-
-TEST(Position, CropsKeepWhatIsSeenWhereItIs) {
-  for (const int v : {0, 1, -1, 7, -40, -41, 103, 105}) {
-    const Model model{PaddedRows(5, 25, 7, 6), 60, 100, VideoStandard::kPal};
-    PackDisc disc(model.Packs());
-    SubpictureUnit unit = disc.GatherOne();
-    ASSERT_EQ(MoveVertical(unit, v, false, disc.Context()), Result::kDone);
-    ASSERT_EQ(MoveHorizontal(unit, 9, disc.Context()), Result::kDone);
-    const DisplayArea before = unit.state.area;
-    ASSERT_EQ(CropBackground(unit, {1, 1}, disc.Context()), Result::kDone);
-    EXPECT_LT(unit.state.area.Lines(), before.Lines());
-    EXPECT_EQ(unit.state.areaAsFound.sy, 106);
-    EXPECT_EQ(unit.state.verticalOffset, v);
-    EXPECT_TRUE(FfmpegScreen(unit.state.bytes) == model.Moved(v, 9)) << v;
-    const Bytes cropped = unit.state.bytes;
-    ASSERT_EQ(CropBackground(unit, {1, 1}, disc.Context()), Result::kDone);
-    EXPECT_EQ(unit.state.bytes, cropped);
-    ASSERT_EQ(disc.Write(unit), Result::kDone);
-    EXPECT_TRUE(FfmpegScreen(disc.GatherOne().state.bytes) == model.Moved(v, 9)) << v;
-  }
 }
 
 // What must hold after any move, border or crop.

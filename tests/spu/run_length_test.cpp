@@ -1,11 +1,6 @@
 #include "spu/run_length.h"
 
-#include <gtest/gtest.h>
-
-#include "spu/colour_edit.h"
-#include "spu/parse.h"
-#include "support/message_collector.h"
-#include "support/spu_builder.h"
+#include "edit_fixture.h"
 
 namespace quillomar {
 namespace {
@@ -13,22 +8,12 @@ namespace {
 using namespace test;
 using Rows = std::vector<std::string>;
 
-class RunLengthTest : public testing::Test {
+class RunLengthTest : public EditTest {
  protected:
-  SubpictureUnit Parsed(const Bytes& bytes) {
-    SubpictureUnit unit = MakeUnit(bytes);
-    EXPECT_EQ(ParseControlSequences(unit, 0, 0, context_), Result::kDone);
-    return unit;
-  }
-  SubpictureUnit Decoded(const SpuDescription& description) {
-    SubpictureUnit unit = Parsed(BuildSpu(description));
-    EXPECT_EQ(DecodeBitmap(unit, context_), Result::kDone);
-    return unit;
-  }
   // Decodes `field` as the top field of a one-row bitmap.
   std::string DecodeRow(const Bytes& field, int width) {
     SubpictureUnit unit =
-        Parsed(BuildSpu(Subtitle({std::string(static_cast<std::size_t>(width), '3')}, 0, 0, 9)));
+        Parsed(Subtitle({std::string(static_cast<std::size_t>(width), '3')}, 0, 0, 9));
     unit.state.topOffset = static_cast<std::uint16_t>(unit.state.bytes.size());
     unit.state.bytes.insert(unit.state.bytes.end(), field.begin(), field.end());
     EXPECT_EQ(DecodeBitmap(unit, context_), Result::kDone);
@@ -39,41 +24,31 @@ class RunLengthTest : public testing::Test {
     const auto right = static_cast<std::int16_t>(row.size() - 1);
     return EncodeBitmap(unit, {0, 0, right, 0}).codes;
   }
-
-  MessageCollector messages_;
-  ReportLimit limit_{messages_.reporter};
-  SpuContext context_{messages_.reporter, limit_, VideoStandard::kPal};
 };
 
-std::string Same(std::size_t length, char type) {
-  return std::string(length, type);
-}
-
 TEST_F(RunLengthTest, WidthOfACodeFollowsTheRunsLength) {
-  const std::vector<std::pair<std::size_t, Bytes>> codes = {
-      {1, {0x65}},                      // 01 10, then 01 01 for the last pixel
-      {3, {0xE5}},                      // 11 10
-      {4, {0x12, 0x50}},                // 00 0100 10
-      {15, {0x3E, 0x50}},               // 00 1111 10
-      {16, {0x04, 0x25}},               // 0000 010000 10
-      {63, {0x0F, 0xE5}},               // 0000 111111 10
-      {64, {0x01, 0x02, 0x50}},         // 000000 01000000 10
-      {255, {0x03, 0xFE, 0x50}},        // 000000 11111111 10
-      {256, {0x03, 0xFE, 0x65}},        // 255 and 1
-      {300, {0x03, 0xFE, 0x0B, 0x65}},  // 255 and 45
+  struct Case {
+    std::size_t length;
+    const char* end;
+    Bytes codes;
   };
-  for (const auto& [length, expected] : codes) {
-    const std::string row = Same(length, '2') + "1";
-    EXPECT_EQ(EncodeRow(row), expected) << length;
-    EXPECT_EQ(DecodeRow(expected, static_cast<int>(row.size())), row) << length;
+  for (const Case& each :
+       {Case{1, "1", {0x65}},                                    // 01 10, then 01 01
+        Case{3, "1", {0xE5}},                                    // 11 10
+        Case{4, "1", {0x12, 0x50}},                              // 00 0100 10
+        Case{15, "1", {0x3E, 0x50}},                             // 00 1111 10
+        Case{16, "1", {0x04, 0x25}},                             // 0000 010000 10
+        Case{63, "1", {0x0F, 0xE5}},                             // 0000 111111 10
+        Case{64, "1", {0x01, 0x02, 0x50}},                       // 000000 01000000 10
+        Case{255, "1", {0x03, 0xFE, 0x50}},                      // 000000 11111111 10
+        Case{256, "1", {0x03, 0xFE, 0x65}},                      // 255 and 1
+        Case{300, "1", {0x03, 0xFE, 0x0B, 0x65}},                // 255 and 45
+        Case{63, "", {0x0F, 0xE0}}, Case{64, "", {0x00, 0x02}},  // to the end of the row
+        Case{720, "", {0x00, 0x02}}}) {
+    const std::string row = std::string(each.length, '2') + each.end;
+    EXPECT_EQ(EncodeRow(row), each.codes) << each.length;
+    EXPECT_EQ(DecodeRow(each.codes, static_cast<int>(row.size())), row) << each.length;
   }
-}
-
-TEST_F(RunLengthTest, RunsThatEndTheRowAreWrittenToItsEndFromSixtyFourOn) {
-  EXPECT_EQ(EncodeRow(Same(720, '0')), (Bytes{0x00, 0x00}));
-  EXPECT_EQ(EncodeRow(Same(63, '3')), (Bytes{0x0F, 0xF0}));
-  EXPECT_EQ(EncodeRow(Same(64, '3')), (Bytes{0x00, 0x03}));
-  EXPECT_EQ(EncodeRow("1" + Same(64, '3')), (Bytes{0x50, 0x00, 0x30}));
 }
 
 TEST_F(RunLengthTest, RunsAreCutAtTheRowsEndAndNeverLoop) {
@@ -130,26 +105,27 @@ TEST_F(RunLengthTest, GathersStatistics) {
 }
 
 TEST_F(RunLengthTest, EmptyBitmapsGetASmallBox) {
-  SpuDescription description = Subtitle(Rows(20, std::string(30, '2')), 0, 0, 9);
-  description.sequences[0].commands.pop_back();
-  SubpictureUnit unit = Decoded(description);
-  EXPECT_TRUE(unit.state.statistics.empty);
-  EXPECT_EQ(unit.state.statistics.backgroundType, 2);
-  EXPECT_EQ(unit.state.statistics.box, (ContentBox{0, 0, 10, 10}));
-  unit = Decoded(Subtitle(Rows(4, std::string(3, '0')), 0, 0, 9));
-  EXPECT_EQ(unit.state.statistics.box, (ContentBox{0, 0, 2, 3}));
+  for (const auto& [rows, box] :
+       {std::pair(Rows(20, std::string(30, '2')), ContentBox{0, 0, 10, 10}),
+        {Rows(4, std::string(3, '2')), ContentBox{0, 0, 2, 3}}}) {
+    SpuDescription description = Subtitle(rows, 0, 0, 9);
+    description.sequences[0].commands.pop_back();
+    const BitmapStatistics statistics = Decoded(description).state.statistics;
+    EXPECT_TRUE(statistics.empty);
+    EXPECT_EQ(statistics.backgroundType, 2);
+    EXPECT_EQ(statistics.box, box);
+  }
 }
 
 TEST_F(RunLengthTest, AnOpaqueFirstPixelYieldsToTheOnlyTransparentType) {
-  const auto background = [this](const PixelTypeValues& alphas) {
+  using Background = std::pair<PixelTypeValues, int>;
+  for (const auto& [alphas, type] :
+       {Background{{0, 15, 15, 15}, 0}, Background{{0, 14, 15, 15}, 1},
+        Background{{0, 15, 15, 0}, 1}, Background{{15, 15, 15, 15}, 1}}) {
     SpuDescription description = Subtitle({"1100", "1230"}, 0, 0, 9);
     description.sequences[0].commands = {ContrastCommand(alphas)};
-    return Decoded(description).state.statistics.backgroundType;
-  };
-  EXPECT_EQ(background({0, 15, 15, 15}), 0);
-  EXPECT_EQ(background({0, 14, 15, 15}), 1);
-  EXPECT_EQ(background({0, 15, 15, 0}), 1);
-  EXPECT_EQ(background({15, 15, 15, 15}), 1);
+    EXPECT_EQ(Decoded(description).state.statistics.backgroundType, type);
+  }
 }
 
 TEST_F(RunLengthTest, RowsBelowTheFrameCountForTheSpareRoomOnly) {
@@ -157,58 +133,55 @@ TEST_F(RunLengthTest, RowsBelowTheFrameCountForTheSpareRoomOnly) {
   description.spareBytes = 8;
   const SubpictureUnit unit = Decoded(description);
   EXPECT_EQ(PixelRows(unit), Rows(description.rows.begin(), description.rows.begin() + 6));
-  EXPECT_EQ(unit.state.height, 6);
   EXPECT_EQ(unit.state.spareRoom, 8);
 }
 
 TEST_F(RunLengthTest, FieldsMayLieAnywhere) {
   const Rows rows = {"0123", "0123", "3210", "3210"};
-  SubpictureUnit unit = Parsed(BuildSpu(Subtitle(rows, 0, 0, 9)));
+  SubpictureUnit unit = Parsed(Subtitle(rows, 0, 0, 9));
   unit.state.bottomOffset = unit.state.topOffset;
   ASSERT_EQ(DecodeBitmap(unit, context_), Result::kDone);
   EXPECT_EQ(PixelRows(unit), rows);
-
   for (const int offset : {0, 2, 30, 65535}) {
-    SubpictureUnit odd = Parsed(BuildSpu(Subtitle(rows, 0, 0, 9)));
+    SubpictureUnit odd = Parsed(Subtitle(rows, 0, 0, 9));
     odd.state.topOffset = static_cast<std::uint16_t>(offset);
     odd.state.bottomOffset = 65535;
     ASSERT_EQ(DecodeBitmap(odd, context_), Result::kDone);
     EXPECT_EQ(odd.pixels.size(), 16U);
     EXPECT_EQ(odd.state.spareRoom, 0);
+    odd.complete = false;
+    EXPECT_EQ(DecodeBitmap(odd, context_), Result::kFailed);
   }
-  SubpictureUnit incomplete = Parsed(BuildSpu(Subtitle(rows, 0, 0, 9)));
-  incomplete.complete = false;
-  EXPECT_EQ(DecodeBitmap(incomplete, context_), Result::kFailed);
 }
 
 TEST_F(RunLengthTest, ReencodingCropsToTheContentAndItsMargins) {
   const std::string blank(9, '0');
   const Rows rows = {blank,       blank, blank, blank, blank, "000012000",
                      "000300000", blank, blank, blank, blank};
-  const auto reencoded = [&](CropMargins margins) {
+  // The odd top row 5 takes its even neighbour along, the bottom one row more.
+  struct Case {
+    CropMargins margins;
+    DisplayArea area;
+    std::size_t firstRow, firstColumn;
+    int spareRoom;
+  };
+  for (const Case& each :
+       {Case{{0, 0}, {103, 105, 204, 207}, 4, 3, 9}, Case{{2, 3}, {101, 107, 202, 210}, 2, 1, 3},
+        Case{{50, 50}, {100, 108, 200, 210}, 0, 0, 0}}) {
     SubpictureUnit unit = Decoded(Subtitle(rows, 100, 200, 9));
-    EXPECT_EQ(ReencodeBitmap(unit, margins, context_), Result::kDone);
+    EXPECT_EQ(ReencodeBitmap(unit, each.margins, context_), Result::kDone);
     // What a reader of the bytes alone finds.
-    SubpictureUnit again = Parsed(unit.state.bytes);
+    SubpictureUnit again = Parsed(unit.state.bytes, 0);
     EXPECT_EQ(DecodeBitmap(again, context_), Result::kDone);
     EXPECT_EQ(again.pixels, unit.pixels);
-    EXPECT_EQ(again.state.area, unit.state.area);
     EXPECT_EQ(again.state.statistics, unit.state.statistics);
-    return unit;
-  };
-  // The odd top row 5 takes its even neighbour along, the bottom one row more.
-  SubpictureUnit unit = reencoded({0, 0});
-  EXPECT_EQ(unit.state.area, (DisplayArea{103, 105, 204, 207}));
-  EXPECT_EQ(PixelRows(unit), (Rows{"000", "012", "300", "000"}));
-  EXPECT_EQ(unit.state.areaAsFound, unit.state.area);
-  EXPECT_EQ(unit.state.spareRoom, 9);
-  EXPECT_TRUE(unit.state.modified);
-  unit = reencoded({2, 3});
-  EXPECT_EQ(unit.state.area, (DisplayArea{101, 107, 202, 210}));
-  unit = reencoded({50, 50});
-  EXPECT_EQ(unit.state.area, (DisplayArea{100, 108, 200, 210}));
-  EXPECT_EQ(PixelRows(unit), rows);
-  EXPECT_FALSE(unit.state.modified);
+    EXPECT_EQ(again.state.area, each.area);
+    EXPECT_EQ(unit.state.area, each.area);
+    EXPECT_EQ(unit.state.areaAsFound, each.area);
+    EXPECT_EQ(PixelRows(unit).at(5 - each.firstRow).substr(5 - each.firstColumn - 1, 2), "12");
+    EXPECT_EQ(unit.state.spareRoom, each.spareRoom);
+    EXPECT_EQ(unit.state.modified, each.firstRow > 0);
+  }
 }
 
 TEST_F(RunLengthTest, ReencodingTakesSpareThenFreeRoomAndRefusesWholly) {
