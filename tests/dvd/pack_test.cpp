@@ -1,77 +1,82 @@
+// Packs and what they carry: navigation, video headers, subpicture data.
 #include "dvd/pack.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <array>
 
 #include "dvd/big_endian.h"
+#include "dvd/mpeg_video.h"
 #include "dvd/nav_pack.h"
 #include "support/pack_builder.h"
 
 namespace quillomar {
 namespace {
 
-using test::MakePrivatePack;
+using namespace test;
 
-PackKind KindOfPrivate(std::uint8_t subStreamId) {
-  return ClassifyPack(MakePrivatePack(0, subStreamId)).kind;
+TEST(BigEndian, FieldsAreReadAndWrittenInsideTheBytesOnly) {
+  std::array<std::uint8_t, 6> bytes = {0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC};
+  EXPECT_EQ(GetInt(bytes, 0), 0x12345678U);
+  EXPECT_EQ(GetShort(bytes, 4), 0x9ABC);
+  EXPECT_EQ(GetByte(bytes, 5), 0xBC);
+  PutInt(bytes, 1, 5);
+  AddInt(bytes, 1, 0xFFFFFFFF);
+  PutShort(bytes, 4, 0x0102);
+  const auto written = bytes;
+  EXPECT_EQ(written, (std::array<std::uint8_t, 6>{0x12, 0, 0, 0, 1, 2}));
+  EXPECT_EQ(SwapInt(0x12345678), 0x78563412U);
+  EXPECT_EQ(SwapShort(0x1234), 0x3412);
+  EXPECT_EQ(GetByte(bytes, 6) + GetInt({}, 0) + GetInt(bytes, SIZE_MAX), 0U);
+  PutInt(bytes, 3, 0xFFFFFFFF);
+  PutShort(bytes, 5, 0xFFFF);
+  PutShort(bytes, SIZE_MAX, 0xFFFF);
+  EXPECT_EQ(bytes, written);
 }
 
-TEST(ClassifyPack, TellsEveryKind) {
-  EXPECT_EQ(ClassifyPack(test::MakeEmptyPack(0)).kind, PackKind::kEmpty);
-  EXPECT_EQ(ClassifyPack(test::MakePaddingPack(0)).kind, PackKind::kPadding);
-  EXPECT_EQ(ClassifyPack(test::MakeVideoPack(0, {})).kind, PackKind::kVideo);
-  EXPECT_EQ(ClassifyPack(test::MakeNavPack({})).kind, PackKind::kNav);
+TEST(ClassifyPack, TellsEveryKindAndTheSubStreamOfSubpictures) {
   EXPECT_EQ(ClassifyPack(Sector{}).kind, PackKind::kEmpty);
-}
-
-TEST(ClassifyPack, KeepsTheSubStreamOfSubpicturesOnly) {
-  for (const int id : {0x20, 0x21, 0x3F}) {
-    const PackInfo info = ClassifyPack(MakePrivatePack(0, static_cast<std::uint8_t>(id)));
-    EXPECT_EQ(info.kind, PackKind::kSubpicture) << id;
-    EXPECT_EQ(info.subStreamId, id);
+  EXPECT_EQ(ClassifyPack(MakePaddingPack(0)).kind, PackKind::kPadding);
+  EXPECT_EQ(ClassifyPack(MakeVideoPack(0, {})).kind, PackKind::kVideo);
+  EXPECT_EQ(ClassifyPack(MakeNavPack({})).kind, PackKind::kNav);
+  for (const std::size_t packet : {kDsiPacketOffset, kPciPacketOffset}) {
+    Sector half = MakeNavPack({});
+    half[packet + 3] = 0xBE;
+    EXPECT_EQ(ClassifyPack(half).kind, PackKind::kOther);
   }
-  for (const int id : {0x80, 0x87, 0xA0, 0xA7}) {
-    EXPECT_EQ(KindOfPrivate(static_cast<std::uint8_t>(id)), PackKind::kAudio) << id;
+  Sector longHeader = MakePrivatePack(0, 0x80);
+  longHeader[kPesHeaderLengthOffset] = 255;
+  longHeader[kPesHeaderDataOffset + 255] = 0x3F;
+  EXPECT_EQ(ClassifyPack(longHeader).kind, PackKind::kSubpicture);
+  // Each range of sub-streams begins here and goes on to the next.
+  const std::vector<std::pair<int, PackKind>> ranges = {
+      {0x00, PackKind::kOther}, {0x20, PackKind::kSubpicture}, {0x40, PackKind::kOther},
+      {0x80, PackKind::kAudio}, {0x88, PackKind::kOther},      {0xA0, PackKind::kAudio},
+      {0xA8, PackKind::kOther}, {0x100, PackKind::kOther}};
+  for (std::size_t range = 0; range + 1 < ranges.size(); ++range) {
+    for (int id = ranges[range].first; id < ranges[range + 1].first; ++id) {
+      const PackInfo info = ClassifyPack(MakePrivatePack(0, static_cast<std::uint8_t>(id)));
+      EXPECT_EQ(info.kind, ranges[range].second) << id;
+      if (info.kind == PackKind::kSubpicture) {
+        EXPECT_EQ(info.subStreamId, id);
+      }
+    }
   }
-  for (const int id : {0x00, 0x1F, 0x40, 0x7F, 0x88, 0x9F, 0xA8, 0xFF}) {
-    EXPECT_EQ(KindOfPrivate(static_cast<std::uint8_t>(id)), PackKind::kOther) << id;
-  }
 }
 
-TEST(ClassifyPack, FindsTheSubStreamBehindTheLongestHeader) {
-  Sector sector = MakePrivatePack(0, 0x80);
-  sector[kPesHeaderLengthOffset] = 255;
-  sector[kPesHeaderDataOffset + 255] = 0x3F;
-  EXPECT_EQ(ClassifyPack(sector).kind, PackKind::kSubpicture);
-}
-
-TEST(ClassifyPack, WantsBothPacketsOfANavPack) {
-  Sector sector = test::MakeNavPack({});
-  sector[kDsiPacketOffset + 3] = 0xBE;
-  EXPECT_EQ(ClassifyPack(sector).kind, PackKind::kOther);
-  sector = test::MakeNavPack({});
-  sector[kPciPacketOffset + 3] = 0xBE;
-  EXPECT_EQ(ClassifyPack(sector).kind, PackKind::kOther);
-}
-
-TEST(ClockReference, SurvivesWritingAndReading) {
+TEST(ClockReference, SurvivesWritingAndReadingAndTouchesNothingElse) {
   for (const std::uint64_t base : {0x0ULL, 0x1ULL, 0x7FFFULL, 0x8000ULL, 0x3FFFFFFFULL,
                                    0x40000000ULL, 0x123456789ULL, 0x1FFFFFFFFULL}) {
     Sector sector{};
     PutClockReference(sector, {base, 299});
-    const ClockReference read = GetClockReference(sector);
-    EXPECT_EQ(read.base, base);
-    EXPECT_EQ(read.extension, 299);
+    EXPECT_EQ(GetClockReference(sector).base, base);
+    EXPECT_EQ(GetClockReference(sector).extension, 299);
   }
-}
-
-TEST(ClockReference, HasItsMarkerBitsAndTouchesNothingElse) {
   Sector sector;
   sector.fill(0xEE);
   PutClockReference(sector, {0, 0});
-  const Bytes expected{0xEE, 0x44, 0x00, 0x04, 0x00, 0x04, 0x01, 0xEE};
-  EXPECT_TRUE(std::equal(expected.begin(), expected.end(), sector.begin() + 3));
+  EXPECT_EQ(Bytes(sector.begin() + 3, sector.begin() + 11),
+            (Bytes{0xEE, 0x44, 0x00, 0x04, 0x00, 0x04, 0x01, 0xEE}));
 }
 
 TEST(TimeStamp, SurvivesWritingAndReadingAndKeepsBit32) {
@@ -88,35 +93,106 @@ TEST(TimeStamp, SurvivesWritingAndReadingAndKeepsBit32) {
 }
 
 TEST(PesPayload, EndsWhereThePacketOrTheSectorEnds) {
+  constexpr std::size_t kRoom = kSectorSize - kPesHeaderDataOffset - kTimeStampSize;
   Sector sector = MakePrivatePack(0, 0x20);
-  EXPECT_EQ(PesPayload(sector).size(), kSectorSize - kPesHeaderDataOffset - kTimeStampSize);
   EXPECT_EQ(PesPayload(sector).front(), 0x20);
-  PutShort(sector, kPesLengthOffset, 3 + kTimeStampSize + 10);
-  EXPECT_EQ(PesPayload(sector).size(), 10U);
-  PutShort(sector, kPesLengthOffset, 0xFFFF);
-  EXPECT_EQ(PesPayload(sector).size(), kSectorSize - kPesHeaderDataOffset - kTimeStampSize);
-  PutShort(sector, kPesLengthOffset, 3);
-  EXPECT_TRUE(PesPayload(sector).empty());
+  for (const auto& [length, size] :
+       {std::pair<int, std::size_t>(3 + 5 + 10, 10), {0xFFFF, kRoom}, {3, 0}}) {
+    PutShort(sector, kPesLengthOffset, static_cast<std::uint16_t>(length));
+    EXPECT_EQ(PesPayload(sector).size(), size) << length;
+  }
 }
 
-TEST(SubpicturePacks, CarryTheUnitAndFillTheirSectors) {
-  Bytes unit(5000);
-  for (std::size_t i = 0; i < unit.size(); ++i) unit[i] = static_cast<std::uint8_t>(i * 7);
-  for (const int headerLength : {0, 5, 8}) {
-    for (const std::size_t size : {20UL, 2016UL, 2019UL, 2021UL, 2024UL, 5000UL}) {
-      const auto packs = test::MakeSubpicturePacks(
-          ByteSpan(unit).first(size), {.stream = 3, .pts = 900, .firstHeaderLength = headerLength});
-      Bytes carried;
-      for (const Sector& sector : packs) {
-        EXPECT_EQ(ClassifyPack(sector).subStreamId, 0x23);
-        const auto payload = PesPayload(sector).subspan(1);
-        carried.insert(carried.end(), payload.begin(), payload.end());
-      }
-      EXPECT_EQ(carried, Bytes(unit.begin(), unit.begin() + static_cast<std::ptrdiff_t>(size)));
-      const auto stamp = std::span(packs[0]).subspan(kPesHeaderDataOffset, kTimeStampSize);
-      EXPECT_EQ(GetTimeStamp(stamp) == 900U, headerLength > 0);
+Button WideButton() {
+  return {.colourNumber = 3,
+          .autoAction = true,
+          .x = 719,
+          .y = 1000,
+          .width = 304,
+          .height = 23,
+          .up = 36,
+          .down = 1,
+          .left = 63,
+          .right = 2};
+}
+
+TEST(NavPack, ReadsTimesPlaceAndANewHighlight) {
+  const NavPack nav = ParseNavPack(MakeNavPack({.startTime = 0x89ABCDEF,
+                                                .endTime = 0xFEDCBA98,
+                                                .vcid = {0x1234, 0x56},
+                                                .category = 0x4000,
+                                                .buttonCount = 2}));
+  EXPECT_EQ(nav.startTime, 0x89ABCDEFU);
+  EXPECT_EQ(nav.endTime, 0xFEDCBA98U);
+  EXPECT_EQ(nav.vcid, (Vcid{0x1234, 0x56}));
+  EXPECT_TRUE(nav.interleaved);
+  EXPECT_EQ(nav.buttonCount, 2);
+  EXPECT_FALSE(nav.highlight);
+
+  Highlight highlight;
+  highlight.colours[0] = {0, 1, 2, 3, 15, 14, 13, 12, 4, 5, 6, 7, 8, 9, 10, 11};
+  highlight.colours[2].fill(9);
+  highlight.buttons.assign(kMaxButtons, {.colourNumber = 1, .x = 1, .y = 2, .width = 3});
+  highlight.buttons.back() = WideButton();
+  Sector sector = MakeNavPack({.highlight = highlight});
+  EXPECT_FALSE(ParseNavPack(sector).interleaved);
+  EXPECT_EQ(ParseNavPack(sector).highlight, highlight);
+  // More buttons than there are, and an end before its start, as no author writes them.
+  sector[kNavButtonCountOffset] = 255;
+  PutShort(sector, kNavButtonsOffset + 1, 0);
+  EXPECT_EQ(ParseNavPack(sector).buttonCount, kMaxButtons);
+  EXPECT_EQ(ParseNavPack(sector).highlight->buttons.size(), 36U);
+  EXPECT_EQ(ParseNavPack(sector).highlight->buttons[0].width, 0);
+  for (const int status : {0, 2, 3, 0x101}) {
+    PutShort(sector, kNavHighlightStatusOffset, static_cast<std::uint16_t>(status));
+    EXPECT_FALSE(ParseNavPack(sector).highlight) << status;
+  }
+}
+
+// A payload of which only `count` bytes fit before the sector's end.
+Sector PackEndingAfter(const Bytes& piece, std::size_t count) {
+  const std::size_t room = kSectorSize - 28;
+  return MakeVideoPack(0, {Bytes(room - count, 0xFF), piece});
+}
+
+TEST(MpegVideo, ReadsASequenceHeaderThatIsNotCutOff) {
+  EXPECT_FALSE(FindSequenceHeader(MakeVideoPack(0, {PictureHeader(1)})));
+  struct Case {
+    int width, height;
+    VideoStandard standard;
+  };
+  for (const Case& each :
+       {Case{704, 480, VideoStandard::kNtsc}, Case{352, 240, VideoStandard::kNtsc},
+        Case{720, 576, VideoStandard::kPal}, Case{352, 288, VideoStandard::kPal}}) {
+    const Bytes bytes = test::SequenceHeader(each.width, each.height, 3);
+    for (std::size_t count = 0; count <= 8; ++count) {
+      const auto header = FindSequenceHeader(PackEndingAfter(bytes, count));
+      ASSERT_EQ(header.has_value(), count == 8) << count;
+      if (!header) continue;
+      EXPECT_EQ(header->width, each.width);
+      EXPECT_EQ(header->height, each.height);
+      EXPECT_EQ(header->aspect, 3);
+      EXPECT_NEAR(FrameRateOf(header->rate), 29.97, 0.001);
+      EXPECT_EQ(StandardOf(*header), each.standard);
     }
   }
+}
+
+TEST(MpegVideo, OnlyAnIPictureTellsTheVersion) {
+  const Bytes extension = SequenceExtension();
+  const Bytes picture = PictureHeader(1);
+  EXPECT_EQ(FindMpeg2(MakeVideoPack(0, {extension, picture})), true);
+  EXPECT_EQ(FindMpeg2(MakeVideoPack(0, {picture, extension})), true);
+  EXPECT_EQ(FindMpeg2(MakeVideoPack(0, {picture})), false);
+  EXPECT_EQ(FindMpeg2(MakeVideoPack(0, {extension, PictureHeader(2)})), std::nullopt);
+}
+
+TEST(MpegVideo, FindsCaptionsBehindOtherUserData) {
+  const Bytes other{0, 0, 1, 0xB2, 'D', 'T', 'G', '1'};
+  EXPECT_TRUE(HasClosedCaptions(MakeVideoPack(0, {other, ClosedCaptions()})));
+  EXPECT_FALSE(HasClosedCaptions(MakeVideoPack(0, {other, other})));
+  EXPECT_TRUE(HasClosedCaptions(PackEndingAfter(ClosedCaptions(), 8)));
+  EXPECT_FALSE(HasClosedCaptions(PackEndingAfter(ClosedCaptions(), 7)));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "dvd/big_endian.h"
 #include "dvd/pack.h"
+#include "dvd/scan_progress.h"
 #include "support/message_collector.h"
 #include "support/pack_builder.h"
 
@@ -111,27 +112,12 @@ TEST_F(ScannerTest, HandsOverEverySubpicturePackWithItsPlace) {
   Scan();
   const auto packs = consumer.Of(Event::Call::kPack);
   ASSERT_EQ(packs.size(), 3U);
-  const Event one{.stream = 1,
-                  .lba = 2,
-                  .lbaInFile = 2,
-                  .vcid = {7, 2},
-                  .buttonCount = 1,
-                  .highlight = highlight};
-  const Event two{.stream = 31,
-                  .lba = 4,
-                  .fileIndex = 1,
-                  .vcid = {7, 2},
-                  .unitNumber = 1,
-                  .buttonCount = 1,
-                  .highlight = highlight};
-  const Event three{.stream = 1,
-                    .lba = 6,
-                    .lbaInFile = 2,
-                    .navLba = 5,
-                    .fileIndex = 1,
-                    .vcid = {8, 1},
-                    .unitNumber = 2,
-                    .highlight = highlight};
+  Event one{.stream = 1, .lba = 2, .lbaInFile = 2, .vcid = {7, 2}, .buttonCount = 1};
+  Event two{.stream = 31, .lba = 4, .fileIndex = 1, .vcid = {7, 2}, .unitNumber = 1};
+  two.buttonCount = 1;
+  Event three{.stream = 1, .lba = 6, .lbaInFile = 2, .navLba = 5, .fileIndex = 1, .vcid = {8, 1}};
+  three.unitNumber = 2;
+  for (Event* event : {&one, &two, &three}) event->highlight = highlight;
   EXPECT_EQ(packs[0], one);
   EXPECT_EQ(packs[1], two);
   EXPECT_EQ(packs[2], three);
@@ -206,35 +192,47 @@ TEST_F(ScannerTest, ListsVobusWithTheirLengthAndFreeSlots) {
 }
 
 TEST_F(ScannerTest, SettlesTheStandardOnTheFirstSequenceHeader) {
-  VobBuilder vob;
-  vob.Add(MakeVideoPack(0, {test::PictureHeader(3)}));
-  vob.Add(MakeVideoPack(
-      0, {test::SequenceHeader(704, 576, 3), test::SequenceExtension(), test::PictureHeader(1)}));
-  vob.Add(MakeVideoPack(0, {test::SequenceHeader(352, 240, 2)}));
-  AddPiece(1, vob);
-  Scan();
-  EXPECT_EQ(results.mpeg2, true);
-  EXPECT_EQ(results.standard, VideoStandard::kPal);
-  EXPECT_EQ(results.videoLba, 1U);
-  EXPECT_EQ(results.width, 704);
-  EXPECT_EQ(results.height, 576);
-  EXPECT_EQ(results.aspect, 3);
-  ASSERT_EQ(consumer.events.size(), 1U);
-  EXPECT_EQ(consumer.events[0].standard, VideoStandard::kPal);
-  const auto lines = messages.LogLines();
-  ASSERT_EQ(lines.size(), 2U);
-  EXPECT_EQ(lines[0], "Found Video Format: PAL");
-}
-
-TEST_F(ScannerTest, TakesNoSizeFromMpeg1) {
-  AddPiece(1, VobBuilder().Add(
-                  MakeVideoPack(0, {test::SequenceHeader(352, 240, 1), test::PictureHeader(1)})));
-  Scan();
-  EXPECT_EQ(results.mpeg2, false);
-  EXPECT_EQ(results.standard, VideoStandard::kNtsc);
-  EXPECT_EQ(results.width, 720);
-  EXPECT_EQ(results.height, 480);
-  EXPECT_TRUE(messages.Logged("Found Video Format: NTSC"));
+  using test::PictureHeader;
+  struct Case {
+    std::vector<Bytes> pieces;
+    VideoStandard standard;
+    bool mpeg2;
+    int width, height, aspect;
+  };
+  // MPEG-1 tells no size.
+  for (const Case& each :
+       {Case{{test::SequenceHeader(704, 576, 3), test::SequenceExtension(), PictureHeader(1)},
+             VideoStandard::kPal,
+             true,
+             704,
+             576,
+             3},
+        Case{{test::SequenceHeader(352, 240, 1), PictureHeader(1)},
+             VideoStandard::kNtsc,
+             false,
+             720,
+             480,
+             0}}) {
+    VobBuilder vob;
+    vob.Add(MakeVideoPack(0, {PictureHeader(3)})).Add(MakeVideoPack(0, each.pieces));
+    vob.Add(MakeVideoPack(0, {test::SequenceHeader(352, 288, 2)}));
+    set.Reset();
+    AddPiece(1, vob);
+    consumer.events.clear();
+    Scan();
+    EXPECT_EQ(results.mpeg2, each.mpeg2);
+    EXPECT_EQ(results.standard, each.standard);
+    EXPECT_EQ(results.videoLba, 1U);
+    EXPECT_EQ(results.width, each.width);
+    EXPECT_EQ(results.height, each.height);
+    if (each.mpeg2) {
+      EXPECT_EQ(results.aspect, each.aspect);
+    }
+    ASSERT_EQ(consumer.events.size(), 1U);
+    EXPECT_EQ(consumer.events[0].standard, each.standard);
+    EXPECT_TRUE(
+        messages.Logged(each.mpeg2 ? "Found Video Format: PAL" : "Found Video Format: NTSC"));
+  }
 }
 
 TEST_F(ScannerTest, ReportsClosedCaptionsUpToTheSettlingPack) {
@@ -312,6 +310,27 @@ TEST_F(ScannerTest, LogsProgressEvery2000SectorsAndEvery60Listed) {
   ASSERT_EQ(lines.size(), 6U);
   EXPECT_EQ(lines[3].substr(0, lines[3].find('(')), "0.02 MB scanned ");
   EXPECT_EQ(lines[4].substr(0, lines[4].find('(')), "0.14 MB scanned ");
+}
+
+TEST_F(ScannerTest, SmoothsTheRateAndTellsTheTimeToGo) {
+  ScanProgress progress(messages.reporter, control, 524288);
+  progress.Report(1999, 1000, 0);
+  progress.Report(3999, 1000, 12);
+  EXPECT_EQ(control.percent, 0);
+  progress.Report(262144, 128000, 99);
+  EXPECT_EQ(control.percent, 50);
+  progress.ReportEnd(524288, 256000, 100);
+  // Nothing is divided by no time and no sectors.
+  ScanProgress(messages.reporter, control, 0).Report(0, 0, 0);
+  ScanProgress(messages.reporter, control, 4000).Report(1999, 0, 1);
+  const std::vector<std::string> expected{
+      "3.90 MB scanned (3.90 MB/s) -- 0 subpics -- 261 secs to go",
+      "7.81 MB scanned (4.10 MB/s) -- 12 subpics -- 248 secs to go",
+      "512.00 MB scanned (4.09 MB/s) -- 99 subpics -- 125 secs to go",
+      "1024.00 MB scanned (4.09 MB/s) -- 100 subpics",
+      "0.00 MB scanned (0.00 MB/s) -- 0 subpics -- 0 secs to go",
+      "3.90 MB scanned (3904.30 MB/s) -- 1 subpics -- 0 secs to go"};
+  EXPECT_EQ(messages.LogLines(), expected);
 }
 
 TEST_F(ScannerTest, AFileThatShrinksEndsItsOwnPartOnly) {
@@ -437,40 +456,6 @@ TEST(ScannerReadAhead, ChangesNothingButTheTime) {
       EXPECT_EQ(parallel.events, plain.events);
       EXPECT_EQ(parallel.lines, plain.lines);
       EXPECT_TRUE(parallel == plain);
-    }
-  }
-}
-
-// Sectors of random bytes with a random start code where packs are told apart.
-Bytes RandomImage(std::mt19937& random, std::size_t sectors) {
-  Bytes image(sectors * kSectorSize + random() % kSectorSize);
-  for (std::uint8_t& byte : image) byte = static_cast<std::uint8_t>(random());
-  const std::vector<std::uint32_t> codes{kVideoStream, kPrivateStream1, kPaddingStream, 0};
-  for (std::size_t i = 0; i < sectors; ++i) {
-    const auto sector = std::span(image).subspan(i * kSectorSize, kSectorSize);
-    if (random() % 2 == 0) {
-      PutInt(sector, kPesStartOffset, codes[random() % codes.size()]);
-    } else {
-      PutInt(sector, kPciPacketOffset, kPrivateStream2);
-      PutInt(sector, kDsiPacketOffset, kPrivateStream2);
-      PutShort(sector, kNavHighlightStatusOffset, static_cast<std::uint16_t>(random() % 2));
-    }
-  }
-  return image;
-}
-
-TEST_F(ScannerTest, SurvivesRandomSectors) {
-  std::mt19937 random(20240229);
-  for (int round = 0; round < 20; ++round) {
-    set.Reset();
-    messages.files.Put(PathOf(1), RandomImage(random, 40));
-    ASSERT_EQ(set.AddFile(PathOf(1)), Result::kDone);
-    Scan();
-    ASSERT_EQ(results.scannedStarts.size(), results.vobus.size() + 1);
-    EXPECT_TRUE(std::is_sorted(results.scannedStarts.begin(), results.scannedStarts.end()));
-    EXPECT_EQ(results.scannedStarts.back(), 40U);
-    for (std::size_t i = 0; i < results.vobus.size(); ++i) {
-      EXPECT_EQ(results.scannedStarts[i + 1] - results.scannedStarts[i], results.vobus[i].length);
     }
   }
 }

@@ -9,10 +9,7 @@
 namespace quillomar {
 namespace {
 
-constexpr const char* kDomainMessage =
-    "All files must belong to the same domain!\nOpening the menu";
-constexpr const char* kTitleSetMessage =
-    "All files must belong to the same VTS! Keeping first one(s)\n";
+using Strings = std::vector<std::string>;
 
 class FileSet : public testing::Test {
  protected:
@@ -42,8 +39,6 @@ class FileSet : public testing::Test {
   VobFileSet set{messages.files, messages.reporter};
 };
 
-using Strings = std::vector<std::string>;
-
 TEST_F(FileSet, FullDomainTakesEveryPieceOfATitleInWhateverCaseAndOnlyAMenuOfAMenu) {
   for (const char* name : {"VTS_02_0.VOB", "VTS_02_1.VOB", "vts_02_2.vob", "VTS_02_4.VOB"}) {
     Put(name, 1);
@@ -72,28 +67,25 @@ TEST_F(FileSet, TheTitleDomainIsFullFromPieceOneToTheLastOnDiscWhenAllAreWritabl
 }
 
 TEST_F(FileSet, ValidateSortsAndCutsToOneDomainOfOneTitleSet) {
-  for (const char* name :
-       {"VIDEO_TS.VOB", "VTS_01_0.VOB", "VTS_01_1.VOB", "VTS_01_2.VOB", "VTS_02_1.VOB", "a.vob"}) {
-    Put(name, 1);
+  const std::string domain = "All files must belong to the same domain!\nOpening the menu";
+  const std::string titleSet = "All files must belong to the same VTS! Keeping first one(s)\n";
+  struct Case {
+    Strings opened, kept, errors;
+  };
+  for (const Case& each : {Case{{"VTS_01_1.VOB", "VTS_01_0.VOB"}, {"VTS_01_0.VOB"}, {domain}},
+                           Case{{"VTS_01_1.VOB", "VIDEO_TS.VOB"}, {"VIDEO_TS.VOB"}, {domain}},
+                           Case{{"VTS_02_1.VOB", "VTS_01_2.VOB", "VTS_01_1.VOB"},
+                                {"VTS_01_1.VOB", "VTS_01_2.VOB"},
+                                {titleSet}},
+                           Case{{"VTS_01_1.VOB", "a.vob"}, {"VTS_01_1.VOB"}, {titleSet}},
+                           Case{{"VTS_01_0.VOB"}, {"VTS_01_0.VOB"}, {}}}) {
+    messages.errors.clear();
+    set.Reset();
+    for (const std::string& name : each.opened) Put(name, 1);
+    Open(each.opened);
+    EXPECT_EQ(Names(), each.kept);
+    EXPECT_EQ(messages.errors, each.errors);
   }
-  Open({"VTS_01_1.VOB", "VTS_01_0.VOB"});
-  EXPECT_EQ(Names(), (Strings{"VTS_01_0.VOB"}));
-  set.Reset();
-  Open({"VTS_01_1.VOB", "VIDEO_TS.VOB"});
-  EXPECT_EQ(Names(), (Strings{"VIDEO_TS.VOB"}));
-  EXPECT_EQ(messages.errors, (Strings{kDomainMessage, kDomainMessage}));
-  messages.errors.clear();
-  set.Reset();
-  Open({"VTS_02_1.VOB", "VTS_01_2.VOB", "VTS_01_1.VOB"});
-  EXPECT_EQ(Names(), (Strings{"VTS_01_1.VOB", "VTS_01_2.VOB"}));
-  set.Reset();
-  Open({"VTS_01_1.VOB", "a.vob"});
-  EXPECT_EQ(Names(), (Strings{"VTS_01_1.VOB"}));
-  EXPECT_EQ(messages.errors, (Strings{kTitleSetMessage, kTitleSetMessage}));
-  messages.errors.clear();
-  set.Reset();
-  Open({"VTS_01_0.VOB"});
-  EXPECT_TRUE(messages.errors.empty());
 }
 
 TEST_F(FileSet, SectorsRunOnAcrossPiecesAndAPartSectorDoesNotCount) {
@@ -170,16 +162,18 @@ TEST_F(FileSet, TheLargestTitleSetWinsAndTheFirstOfEquals) {
 }
 
 TEST(VobName, TitlesParseAsFarAsTheirNumbersGo) {
-  EXPECT_EQ(ParseVobTitle("VTS_03_2").titleSet, 3);
-  EXPECT_EQ(ParseVobTitle("VTS_03_2 copy").piece, 2);
-  EXPECT_EQ(ParseVobTitle("my vob_ +3_-2").piece, -2);
-  EXPECT_EQ(ParseVobTitle("VTS_03").titleSet, 3);
-  EXPECT_FALSE(ParseVobTitle("VTS_03").piece);
-  EXPECT_FALSE(ParseVobTitle("_03_2").titleSet);
-  EXPECT_FALSE(ParseVobTitle("VIDEO_TS").titleSet);
-  EXPECT_FALSE(ParseVobTitle("VTS_99999999999_1").titleSet);
-  EXPECT_TRUE(IsMenuFile("/x_1_1/video_ts.vob"));
-  EXPECT_TRUE(IsMenuFile("VTS_01_0.VOB"));
+  struct Case {
+    const char* title;
+    std::optional<int> titleSet, piece;
+  };
+  for (const Case& each :
+       {Case{"VTS_03_2", 3, 2}, Case{"VTS_03_2 copy", 3, 2}, Case{"my vob_ +3_-2", 3, -2},
+        Case{"VTS_03", 3, {}}, Case{"_03_2", {}, {}}, Case{"VIDEO_TS", {}, {}},
+        Case{"VTS_99999999999_1", {}, {}}}) {
+    EXPECT_EQ(ParseVobTitle(each.title).titleSet, each.titleSet) << each.title;
+    EXPECT_EQ(ParseVobTitle(each.title).piece, each.piece) << each.title;
+  }
+  EXPECT_TRUE(IsMenuFile("/x_1_1/video_ts.vob") && IsMenuFile("VTS_01_0.VOB"));
   EXPECT_FALSE(IsMenuFile("VTS_01_1.VOB"));
 }
 

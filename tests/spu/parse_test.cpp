@@ -192,32 +192,5 @@ TEST_F(ParseTest, OnlyVisibleTypesThatOccurAreShown) {
   }
 }
 
-// Whatever the bytes, reading ends and stays inside them (the sanitizers watch).
-TEST_F(ParseTest, CutAndFlippedUnitsNeverEscape) {
-  SpuDescription description = Subtitle(RandomRows(1, 40, 9, 20), 100, 470, 105);
-  description.sequences[0].commands.push_back(
-      ColconCommand({{100, 120, {{8, {1, 2, 3, 4}, {5, 6, 7, 8}}}}}));
-  const Bytes whole = BuildSpu(description);
-  const auto read = [this](const Bytes& bytes) {
-    SubpictureUnit unit = Parsed(bytes);
-    if (!Failed(DecodeBitmap(unit, context_))) {
-      EXPECT_EQ(unit.pixels.size(), static_cast<std::size_t>(unit.state.width) *
-                                        static_cast<std::size_t>(unit.state.height));
-    }
-    Dump(unit, VideoStandard::kPal);
-    static_cast<void>(ReencodeBitmap(unit, {}, context_));
-  };
-  for (std::size_t size = 0; size < whole.size(); ++size) {
-    read(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
-  }
-  for (std::size_t at = 0; at < whole.size(); ++at) {
-    for (const int flip : {0x01, 0x10, 0x80, 0xFF}) {
-      Bytes bytes = whole;
-      bytes[at] = static_cast<std::uint8_t>(bytes[at] ^ flip);
-      read(bytes);
-    }
-  }
-}
-
 }  // namespace
 }  // namespace quillomar
