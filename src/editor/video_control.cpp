@@ -130,6 +130,8 @@ void VideoControl::TakeFound() {
 
 void VideoControl::TakePlayed() {
   playedPosted_ = false;
+  if (!playing_ || waiting_) return;
+  engine_->ReportRefusals();
   if (playing_) events_.shown();
 }
 

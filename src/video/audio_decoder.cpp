@@ -66,8 +66,8 @@ std::unique_ptr<AudioDecoder> MakeLpcmDecoder() {
   return std::make_unique<LpcmDecoder>();
 }
 
-std::unique_ptr<AudioDecoder> MakeAudioDecoder(int subStreamId) {
-  if (InRange(subStreamId, kFirstAc3Id)) return MakeAc3Decoder();
+std::unique_ptr<AudioDecoder> MakeAudioDecoder(int subStreamId, LogSink log) {
+  if (InRange(subStreamId, kFirstAc3Id)) return MakeAc3Decoder(std::move(log));
   if (InRange(subStreamId, kFirstLpcmId)) return MakeLpcmDecoder();
   return nullptr;
 }

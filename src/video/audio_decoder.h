@@ -9,6 +9,7 @@
 #include "base/file.h"
 #include "dvd/ifo_file.h"
 #include "dvd/sector.h"
+#include "video/decoder_log.h"
 
 // Audio packs are packets of private stream 1. Their payload begins with the sub-stream id (u8),
 // the number of audio frames that begin in the pack (u8) and the place of the first of them (u16,
@@ -40,8 +41,8 @@ class AudioDecoder {
 };
 
 // For a sub-stream id 0x80 to 0x87 (AC-3) or 0xA0 to 0xA7 (linear PCM); null for any other.
-[[nodiscard]] std::unique_ptr<AudioDecoder> MakeAudioDecoder(int subStreamId);
-[[nodiscard]] std::unique_ptr<AudioDecoder> MakeAc3Decoder();
+[[nodiscard]] std::unique_ptr<AudioDecoder> MakeAudioDecoder(int subStreamId, LogSink log = {});
+[[nodiscard]] std::unique_ptr<AudioDecoder> MakeAc3Decoder(LogSink log);
 [[nodiscard]] std::unique_ptr<AudioDecoder> MakeLpcmDecoder();
 
 // What a list of audio streams says of one; those that cannot be played say so.

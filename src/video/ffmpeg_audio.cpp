@@ -16,7 +16,6 @@ extern "C" {
 namespace quillomar {
 namespace {
 
-constexpr int kSilent = 100;  // as for pictures: damage is no news
 constexpr std::int64_t kClock = 90000;
 
 struct FreeMixer {
@@ -25,7 +24,7 @@ struct FreeMixer {
 
 class Ac3Decoder final : public AudioDecoder {
  public:
-  Ac3Decoder();
+  explicit Ac3Decoder(LogSink log);
   void Feed(ByteSpan payload, std::optional<std::int64_t> time) override;
   std::optional<AudioBlock> Take() override;
 
@@ -34,6 +33,7 @@ class Ac3Decoder final : public AudioDecoder {
   void Queue();
   bool MakeMixer();
 
+  DecoderLog log_;
   std::unique_ptr<AVCodecParserContext, CloseParser> parser_;
   std::unique_ptr<AVCodecContext, FreeContext> context_;
   std::unique_ptr<AVPacket, FreePacket> packet_{av_packet_alloc()};
@@ -46,13 +46,13 @@ class Ac3Decoder final : public AudioDecoder {
   std::optional<std::int64_t> nextTime_;
 };
 
-Ac3Decoder::Ac3Decoder() {
+Ac3Decoder::Ac3Decoder(LogSink log) : log_("AC-3 decoder", std::move(log)) {
   const AVCodec* const codec = avcodec_find_decoder(AV_CODEC_ID_AC3);
   if (codec == nullptr) return;
   parser_.reset(av_parser_init(AV_CODEC_ID_AC3));
   context_.reset(avcodec_alloc_context3(codec));
   if (!context_) return;
-  context_->log_level_offset = kSilent;
+  log_.ListenTo(*context_);
   if (avcodec_open2(context_.get(), codec, nullptr) < 0) context_.reset();
 }
 
@@ -125,8 +125,8 @@ std::optional<AudioBlock> Ac3Decoder::Take() {
 
 }  // namespace
 
-std::unique_ptr<AudioDecoder> MakeAc3Decoder() {
-  return std::make_unique<Ac3Decoder>();
+std::unique_ptr<AudioDecoder> MakeAc3Decoder(LogSink log) {
+  return std::make_unique<Ac3Decoder>(std::move(log));
 }
 
 }  // namespace quillomar

@@ -22,8 +22,6 @@ namespace {
 constexpr std::int64_t kClock = 90000;
 // Nothing on a DVD is larger; a damaged header must not cost more memory than this.
 constexpr std::int64_t kMostPixels = std::int64_t{1920} * 1152;
-// Damage is ordinary here and no news for whoever reads the standard error.
-constexpr int kSilent = 100;
 constexpr int kCroppedWidth = 704;  // the middle columns of a full picture
 
 struct FreeScaler {
@@ -79,6 +77,9 @@ std::int64_t DurationOf(const AVCodecContext& context, const AVFrame& frame) {
 }  // namespace
 
 struct VideoDecoder::Parts {
+  explicit Parts(LogSink sink) : log("Video decoder", std::move(sink)) {}
+
+  DecoderLog log;  // first, since the others speak until they end
   std::unique_ptr<AVCodecParserContext, CloseParser> parser;
   std::unique_ptr<AVCodecContext, FreeContext> context;
   std::unique_ptr<AVPacket, FreePacket> packet{av_packet_alloc()};
@@ -89,7 +90,6 @@ struct VideoDecoder::Parts {
   std::optional<std::int64_t> nextTime;
   std::int64_t startTime = 0;
   std::optional<VideoProperties> properties;
-
   void Queue(FrameOwner frame);
   void DateBackwards(std::int64_t time);
 };
@@ -109,6 +109,7 @@ void VideoDecoder::Parts::Queue(FrameOwner frame) {
   DecodedPicture picture;
   picture.duration = DurationOf(*context, *frame);
   picture.intra = frame->pict_type == AV_PICTURE_TYPE_I;
+  picture.interlaced = frame->interlaced_frame != 0;
   if (frame->pts != AV_NOPTS_VALUE) nextTime = frame->pts;
   if (nextTime) {
     DateBackwards(*nextTime);
@@ -121,7 +122,8 @@ void VideoDecoder::Parts::Queue(FrameOwner frame) {
   pictures.push_back(std::move(picture));
 }
 
-VideoDecoder::VideoDecoder(std::int64_t startTime) : parts_(std::make_unique<Parts>()) {
+VideoDecoder::VideoDecoder(std::int64_t startTime, LogSink log)
+    : parts_(std::make_unique<Parts>(std::move(log))) {
   parts_->startTime = startTime;
   const AVCodec* const codec = avcodec_find_decoder(AV_CODEC_ID_MPEG2VIDEO);
   if (codec == nullptr) return;
@@ -129,7 +131,7 @@ VideoDecoder::VideoDecoder(std::int64_t startTime) : parts_(std::make_unique<Par
   parts_->context.reset(avcodec_alloc_context3(codec));
   if (!parts_->context) return;
   parts_->context->thread_count = 1;
-  parts_->context->log_level_offset = kSilent;
+  parts_->log.ListenTo(*parts_->context);
   parts_->context->max_pixels = kMostPixels;
   if (avcodec_open2(parts_->context.get(), codec, nullptr) < 0) parts_->context.reset();
 }
@@ -217,10 +219,9 @@ VideoFrame VideoDecoder::Convert(const DecodedPicture& decoded, bool still) {
   result.height = FullHeight(source->height);
   result.rgb.resize(static_cast<std::size_t>(result.width) *
                     static_cast<std::size_t>(result.height) * 3);
-  const FrameOwner smooth =
-      still && source->interlaced_frame != 0 && source->format == AV_PIX_FMT_YUV420P
-          ? WithoutCombing(*source)
-          : nullptr;
+  const FrameOwner smooth = still && decoded.interlaced && source->format == AV_PIX_FMT_YUV420P
+                                ? WithoutCombing(*source)
+                                : nullptr;
   if (smooth) source = smooth.get();
 
   const int shownWidth = source->width == kCroppedWidth ? kCroppedWidth : result.width;

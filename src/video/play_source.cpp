@@ -21,7 +21,7 @@ Result PlaySource::Begin(const FrameRequest& from) {
   vobu_.reset();
   audio_.reset();
   decodedStream_ = kNoAudio;
-  video_ = std::make_unique<VideoDecoder>(vobu->startTime + offset_);
+  video_ = std::make_unique<VideoDecoder>(vobu->startTime + offset_, log_);
   cursor_.emplace(reader_, vobu->lba);
   return Result::kDone;
 }
@@ -64,7 +64,7 @@ bool PlaySource::Read() {
 void PlaySource::TakeAudioPack(SectorView sector, int stream) {
   const int chosen = audioStream_;
   if (chosen != decodedStream_) {
-    audio_ = MakeAudioDecoder(chosen);
+    audio_ = MakeAudioDecoder(chosen, log_);
     decodedStream_ = chosen;
   }
   if (audio_ && stream == chosen) audio_->Feed(PesPayload(sector), SetTime(sector));
@@ -80,9 +80,9 @@ std::optional<AudioBlock> PlaySource::TakeSound() {
   return audio_ ? audio_->Take() : std::nullopt;
 }
 
-VideoFrame PlaySource::Convert(const DecodedPicture& picture) {
+VideoFrame PlaySource::Convert(const DecodedPicture& picture, bool still) {
   while (marks_.size() > 1 && marks_[1].time <= picture.time) marks_.pop_front();
-  VideoFrame frame = video_->Convert(picture, false);
+  VideoFrame frame = video_->Convert(picture, still);
   frame.globalTime = picture.time;
   if (!marks_.empty()) {
     frame.pts = static_cast<std::uint32_t>(picture.time - marks_.front().offset);

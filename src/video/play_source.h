@@ -17,8 +17,8 @@ namespace quillomar {
 // the start of the set and run on where a VOB begins its clock anew.
 class PlaySource {
  public:
-  PlaySource(DiscReader& reader, const std::atomic<int>& audioStream)
-      : reader_(reader), walk_(reader), audioStream_(audioStream) {}
+  PlaySource(DiscReader& reader, const std::atomic<int>& audioStream, LogSink log)
+      : reader_(reader), walk_(reader), audioStream_(audioStream), log_(std::move(log)) {}
 
   // Begins in the VOBU that holds the request's picture or in the one before. Fails outside the
   // set.
@@ -27,7 +27,8 @@ class PlaySource {
   bool Read();
   [[nodiscard]] std::optional<DecodedPicture> TakePicture() { return video_->Take(); }
   [[nodiscard]] std::optional<AudioBlock> TakeSound();
-  [[nodiscard]] VideoFrame Convert(const DecodedPicture& picture);
+  // Without combing where it is to be looked at as a `still`.
+  [[nodiscard]] VideoFrame Convert(const DecodedPicture& picture, bool still);
   // The stream chosen is of a kind that cannot be played.
   [[nodiscard]] bool SoundRefused() const { return audio_ && audio_->Refused(); }
   [[nodiscard]] const std::optional<VideoProperties>& Properties() const {
@@ -48,6 +49,7 @@ class PlaySource {
   DiscReader& reader_;
   VobuWalk walk_;
   const std::atomic<int>& audioStream_;
+  LogSink log_;
   std::optional<SectorCursor> cursor_;
   std::optional<VobuMark> vobu_;
   std::int64_t offset_ = 0;

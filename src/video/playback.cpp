@@ -34,7 +34,7 @@ Playback::Playback(DiscReader& reader, PlaybackClock& clock, PlaybackOutlet outl
       outlet_(std::move(outlet)),
       audioStream_(audioStream),
       stop_(stop),
-      source_(reader, audioStream),
+      source_(reader, audioStream, outlet_.log),
       audio_(outlet_.audio) {}
 
 void Playback::Run(const PlayOptions& options) {
@@ -49,6 +49,7 @@ void Playback::Run(const PlayOptions& options) {
 void Playback::PlayOnce() {
   if (Failed(source_.Begin(options_.from))) return;
   pictures_.clear();
+  shownLast_.reset();
   earlySound_.clear();
   atEnd_ = false;
   pastEnd_ = false;
@@ -70,6 +71,7 @@ void Playback::PlayOnce() {
   }
   Drain();
   audio_.Reset();
+  ShowLastAsStill();
 }
 
 bool Playback::WantsMore() {
@@ -105,7 +107,7 @@ void Playback::TakeDecoded() {
     if (!pastEnd_) pictures_.push_back(std::move(*picture));
   }
   properties_ = source_.Properties();
-  soundRefused_ = soundRefused_ || source_.SoundRefused();
+  if (source_.SoundRefused()) outlet_.soundRefused();
   if (heardStream_ != audioStream_ && begun_) {
     heardStream_ = audioStream_;
     audio_.Reset(MediaTime());
@@ -169,12 +171,19 @@ void Playback::WaitFor(const DecodedPicture& picture, std::int64_t ticks) {
   clock_.Sleep(std::clamp(ticks * 1000 / kTicksPerMs, std::int64_t{1}, kLongestSleep));
 }
 
-void Playback::Show(const DecodedPicture& picture) {
+void Playback::Show(DecodedPicture picture) {
   lastTime_ = picture.time;
   lastEnd_ = picture.time + picture.duration;
   lastShown_ = clock_.Now();
   ++shown_;
-  outlet_.show(std::make_shared<const VideoFrame>(source_.Convert(picture)));
+  outlet_.show(std::make_shared<const VideoFrame>(source_.Convert(picture, false)));
+  shownLast_ = std::move(picture);
+}
+
+// It stays on the screen, and combs are seen there.
+void Playback::ShowLastAsStill() {
+  if (!shownLast_ || !shownLast_->interlaced) return;
+  outlet_.show(std::make_shared<const VideoFrame>(source_.Convert(*shownLast_, true)));
 }
 
 void Playback::Discard(const DecodedPicture& picture) {

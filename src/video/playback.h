@@ -20,8 +20,6 @@ class Playback {
 
   void Run(const PlayOptions& options);
   [[nodiscard]] const std::optional<VideoProperties>& Properties() const { return properties_; }
-  // The audio stream chosen turned out to be of a kind that cannot be played.
-  [[nodiscard]] bool SoundRefused() const { return soundRefused_; }
 
  private:
   void PlayOnce();
@@ -32,7 +30,8 @@ class Playback {
   void Begin(std::int64_t time);
   // One decision about the next picture.
   void ShowOrWait();
-  void Show(const DecodedPicture& picture);
+  void Show(DecodedPicture picture);
+  void ShowLastAsStill();
   void Discard(const DecodedPicture& picture);
   void WaitFor(const DecodedPicture& picture, std::int64_t ticks);
   void Drain();
@@ -48,10 +47,10 @@ class Playback {
   AudioTrack audio_;
   PlayOptions options_;
   std::optional<VideoProperties> properties_;
-  bool soundRefused_ = false;
 
   // Of one run from beginning to end.
   std::deque<DecodedPicture> pictures_;
+  std::optional<DecodedPicture> shownLast_;
   std::deque<AudioBlock> earlySound_;  // decoded before the first picture gave the time
   bool atEnd_ = false;
   bool pastEnd_ = false;  // a picture beyond the end has come

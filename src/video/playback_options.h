@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "video/audio_output.h"
+#include "video/decoder_log.h"
 #include "video/video_frame.h"
 
 namespace quillomar {
@@ -30,7 +31,9 @@ class PlaybackClock {
 // What playback gives out, all on the decoding thread.
 struct PlaybackOutlet {
   std::function<void(FramePointer)> show;
-  std::function<void(const std::string&)> log;
+  LogSink log;
+  // The audio stream chosen turned out to be of a kind that cannot be played. May come often.
+  std::function<void()> soundRefused;
   AudioOutput* audio = nullptr;
 };
 

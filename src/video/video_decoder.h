@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/file.h"
+#include "video/decoder_log.h"
 #include "video/video_frame.h"
 
 namespace quillomar {
@@ -14,6 +15,7 @@ struct DecodedPicture {
   std::int64_t time = 0;      // on the clock that the decoder was fed with, 90 kHz
   std::int64_t duration = 0;  // ticks
   bool intra = false;
+  bool interlaced = false;        // holds two moments
   std::shared_ptr<void> picture;  // the decoder's own
 };
 
@@ -22,7 +24,7 @@ struct DecodedPicture {
 class VideoDecoder {
  public:
   // `startTime` is the time of the first picture of a stream that has no time stamps at all.
-  explicit VideoDecoder(std::int64_t startTime);
+  explicit VideoDecoder(std::int64_t startTime, LogSink log = {});
   ~VideoDecoder();
   VideoDecoder(const VideoDecoder&) = delete;
   VideoDecoder& operator=(const VideoDecoder&) = delete;

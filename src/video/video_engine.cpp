@@ -134,11 +134,11 @@ void VideoEngine::RunPlayback(const PlayOptions& options) {
     if (outlet_.pictureShown) outlet_.pictureShown();
   };
   const auto log = [this](const std::string& text) { reporter_.LogLine(text); };
-  Playback playback(reader_, clock_ != nullptr ? *clock_ : realClock, {show, log, audio_},
+  const auto refuse = [this] { soundRefused_ = true; };
+  Playback playback(reader_, clock_ != nullptr ? *clock_ : realClock, {show, log, refuse, audio_},
                     audioStream_, stop_);
   playback.Run(options);
   TakeProperties(playback.Properties());
-  if (playback.SoundRefused()) soundRefused_ = true;
   Notify(ID_PLAYBACK_STOPPED);
 }
 

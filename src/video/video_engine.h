@@ -65,12 +65,13 @@ class VideoEngine {
   void SelectAudio(int subStreamId) { audioStream_ = subStreamId; }
 
   // Asks what runs to end and waits for it, at most kLongestWait, calling `pump` meanwhile. Fails
-  // when it still runs then; until it has ended all requests are ignored. What cannot be shown
-  // or heard is refused with a message here, once for each set.
+  // when it still runs then; until it has ended all requests are ignored. Reports refusals.
   Result Stop(const std::function<void()>& pump = {});
   // Waits alike, without asking it to end.
   Result Wait(const std::function<void()>& pump = {});
   [[nodiscard]] bool Running() const { return running_; }
+  // Says with a message what turned out not to be shown or heard, once for each set.
+  void ReportRefusals();
 
   // Finds pictures in the background that may be asked for next, in this order. Any later operation
   // ends it.
@@ -98,7 +99,6 @@ class VideoEngine {
   void SetCurrent(FramePointer frame);
   void TakeProperties(const std::optional<VideoProperties>& properties);
   void RunPlayback(const PlayOptions& options);
-  void ReportRefusals();
   void Notify(VideoNotification notification);
 
   FileSystem& files_;

@@ -3,8 +3,9 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
-#include <filesystem>
+#include <fstream>
 
+#include "dvd/pack.h"
 #include "ui/picture_view.h"
 #include "ui/window_test.h"
 
@@ -80,18 +81,56 @@ TEST_F(VideoWindowTest, SpacePlaysAndStops) {
   EXPECT_EQ(Shown().index, 1);
 }
 
-// A VOB that ends amid a picture, has no video, or has nothing but damage in it.
-TEST_F(VideoWindowTest, DamagedVobsShowAPictureOrTheBackground) {
-  const std::string vob = disc_->Path("VTS_01_1.VOB");
-  std::filesystem::resize_file(vob, std::filesystem::file_size(vob) / 3 / 2048 * 2048 + 2048);
+// Turns all packs of a kind into padding, or only overwrites a few of them, and cuts the file.
+struct Damage {
+  const char* name;
+  PackKind kind;
+  bool padding;
+  std::size_t sectorsOf100;  // that are left
+  bool hasPicture;
+};
+
+class DamagedVobTest : public VideoWindowTest, public testing::WithParamInterface<Damage> {
+ protected:
+  void Spoil() {
+    constexpr std::uint8_t kPadding = 0xBE;
+    const std::string vob = disc_->Path("VTS_01_1.VOB");
+    Bytes image = FileBytes(vob);
+    image.resize(image.size() / kSectorSize * GetParam().sectorsOf100 / 100 * kSectorSize);
+    int seen = 0;
+    for (std::size_t at = 0; at < image.size(); at += kSectorSize) {
+      const auto sector = std::span(image).subspan(at).first<kSectorSize>();
+      if (ClassifyPack(sector).kind != GetParam().kind) continue;
+      if (GetParam().padding) sector[kPesStartOffset + 3] = kPadding;
+      if (!GetParam().padding && ++seen % 50 == 1) std::fill(sector.begin() + 60, sector.end(), 1);
+    }
+    std::ofstream(vob, std::ios::binary)
+        .write(reinterpret_cast<const char*>(image.data()),
+               static_cast<std::streamsize>(image.size()));
+  }
+};
+
+TEST_P(DamagedVobTest, ShowsAPictureOrTheBackgroundAndPlaysToTheEnd) {
+  Spoil();
   StartOnDisc();
-  WaitForFrame();
-  Key(Qt::Key_End);
-  WaitFor([this] { return Shown().video.settled; });
+  for (const auto key : {Qt::Key_Home, Qt::Key_End}) {
+    Key(key);
+    WaitFor([this] { return Shown().video.settled; });
+    EXPECT_EQ(Shown().video.frame != nullptr, GetParam().hasPicture);
+    EXPECT_EQ(Corner() != QColor(0x32, 0x32, 0x32), GetParam().hasPicture);
+  }
   Key(Qt::Key_Space);
   WaitFor([this] { return !Shown().video.playing; });
   EXPECT_TRUE(dialogs_.errors.empty());
 }
+
+INSTANTIATE_TEST_SUITE_P(Vobs, DamagedVobTest,
+                         testing::Values(Damage{"Truncated", PackKind::kOther, false, 33, true},
+                                         Damage{"DamagedVideoPackets", PackKind::kVideo, false, 100,
+                                                true},
+                                         Damage{"WithoutVideo", PackKind::kVideo, true, 100, false},
+                                         Damage{"WithoutSound", PackKind::kAudio, true, 100, true}),
+                         [](const auto& damage) { return damage.param.name; });
 
 }  // namespace
 }  // namespace quillomar::test

@@ -77,11 +77,5 @@ TEST(AudioTrack, GapsBecomeSilenceAndRepeatsAreCut) {
   EXPECT_EQ(track.ReadPosition(), 480);
 }
 
-TEST(AudioLabels, TellWhatCannotBePlayed) {
-  EXPECT_EQ(AudioLabel({"Mpeg1", "en", 2, 0xC0}), "MPEG Audio (can't play)");
-  EXPECT_EQ(AudioLabel({"DTS", "en", 6, 0x88}), "DTS (can't play)");
-  EXPECT_EQ(AudioLabel({"AC3", "fr", 6, 0x80}), "AC3 fr 6ch");
-}
-
 }  // namespace
 }  // namespace quillomar::test

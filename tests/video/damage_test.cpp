@@ -1,4 +1,4 @@
-// Discs that are not as they should be: a picture or none, and an end in any case.
+// Discs that are not as they should be, or not as the demo discs are.
 
 #include <gtest/gtest.h>
 
@@ -9,17 +9,16 @@
 #include "dvd/big_endian.h"
 #include "dvd/nav_pack.h"
 #include "dvd/pack.h"
+#include "video/fake_playback.h"
 #include "video/video_disc.h"
 #include "video/video_packet.h"
 
 namespace quillomar::test {
 namespace {
 
-void WriteFile(const std::string& path, const Bytes& bytes) {
-  std::ofstream out(path, std::ios::binary);
-  out.write(reinterpret_cast<const char*>(bytes.data()),
-            static_cast<std::streamsize>(bytes.size()));
-}
+constexpr std::uint8_t kExtension = 0xB5;
+
+using Pack = std::span<std::uint8_t, kSectorSize>;
 
 class DamageTest : public testing::Test {
  protected:
@@ -27,110 +26,110 @@ class DamageTest : public testing::Test {
     if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS names no discs";
     copy_.emplace("ntsc");
     path_ = copy_->TitleVobs().front();
-    image_ = FileBytes(path_);
   }
 
-  using Change = std::function<void(std::span<std::uint8_t, kSectorSize>)>;
-  void ForEachVideoPack(const Change& change) {
-    for (std::size_t at = 0; at < image_.size(); at += kSectorSize) {
-      const auto sector = std::span(image_).subspan(at).first<kSectorSize>();
-      if (ClassifyPack(sector).kind == PackKind::kVideo) change(sector);
+  void ForEachPack(const std::function<void(Pack, PackKind)>& change) {
+    Bytes image = FileBytes(path_);
+    for (std::size_t at = 0; at < image.size(); at += kSectorSize) {
+      const auto sector = std::span(image).subspan(at).first<kSectorSize>();
+      change(sector, ClassifyPack(sector).kind);
     }
-    WriteFile(path_, image_);
+    std::ofstream(path_, std::ios::binary)
+        .write(reinterpret_cast<const char*>(image.data()),
+               static_cast<std::streamsize>(image.size()));
+  }
+  // `change` gets the bytes from the extension's start code on.
+  void ForEachExtension(const std::function<void(std::span<std::uint8_t>)>& change) {
+    ForEachPack([&](Pack sector, PackKind kind) {
+      for (std::size_t i = kPesHeaderDataOffset; i + 9 < kSectorSize; ++i) {
+        const bool found = kind == PackKind::kVideo && GetInt(sector, i) == (0x100 | kExtension);
+        if (found) change(sector.subspan(i));
+      }
+    });
+  }
+  // Counters of the pictures of all units; -1 without a picture.
+  std::vector<int> Counters() {
+    VideoDisc disc({path_});
+    std::vector<int> counters;
+    for (const UnitPlace& unit : disc.Units()) {
+      const FramePointer frame = disc.Show({unit.lba, unit.pts});
+      counters.push_back(frame ? ReadCounter(*frame) : -1);
+    }
+    return counters;
   }
 
   std::optional<DiscCopy> copy_;
   std::string path_;
-  Bytes image_;
 };
 
 TEST_F(DamageTest, VideoOfTypeMpeg1IsRefusedOnce) {
   constexpr std::uint8_t kUserData = 0xB2;
-  ForEachVideoPack([](auto sector) {
-    for (std::size_t i = kPesHeaderDataOffset; i + 3 < kSectorSize; ++i) {
-      const bool extension =
-          sector[i] == 0 && sector[i + 1] == 0 && sector[i + 2] == 1 && sector[i + 3] == 0xB5;
-      if (extension) sector[i + 3] = kUserData;
-    }
-  });
+  ForEachExtension([](auto bytes) { bytes[3] = kUserData; });
   VideoDisc disc({path_});
   for (const UnitPlace& unit : disc.Units()) EXPECT_FALSE(disc.Show({unit.lba, unit.pts}));
   EXPECT_EQ(disc.messages.errors,
             std::vector<std::string>{"The background video seems to be of type MPEG-1\n"
                                      "Quillomar can't display MPEG-1 video at this point"});
-  ASSERT_TRUE(disc.engine.Properties());
   EXPECT_TRUE(disc.engine.Properties()->mpeg1);
 }
 
-TEST_F(DamageTest, NoVideoIsNoPicture) {
-  ForEachVideoPack([](auto sector) {
-    sector[kPesStartOffset + 3] = static_cast<std::uint8_t>(kPaddingStream & 0xFF);
-  });
-  VideoDisc disc({path_});
-  for (const UnitPlace& unit : disc.Units()) EXPECT_FALSE(disc.Show({unit.lba, unit.pts}));
-  EXPECT_EQ(disc.notifications.size(), disc.Units().size());
-  EXPECT_FALSE(disc.engine.Properties());
-}
-
-TEST_F(DamageTest, AnyDamageEnds) {
+TEST_F(DamageTest, AnyDamageEndsAndIsLogged) {
   std::mt19937 random(1);
-  ForEachVideoPack([&](auto sector) {
-    for (int i = 0; i < 3; ++i) {
+  ForEachPack([&](Pack sector, PackKind kind) {
+    for (int i = 0; i < 3 && kind == PackKind::kVideo; ++i) {
       const std::size_t at = kPackHeaderSize + random() % (kSectorSize - kPackHeaderSize);
       sector[at] = static_cast<std::uint8_t>(random());
     }
   });
-  VideoDisc disc({path_});
-  int shown = 0;
-  for (const UnitPlace& unit : disc.Units()) {
-    if (disc.Show({unit.lba, unit.pts})) ++shown;
-  }
-  EXPECT_GT(shown, 0);
+  const auto counters = Counters();
+  EXPECT_LT(std::count(counters.begin(), counters.end(), -1), std::ssize(counters));
+  FakeClock clock;
+  VideoDisc disc({path_}, nullptr, &clock);
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(disc.Play({}).empty());
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  const auto lines = disc.messages.LogLines();
+  EXPECT_GT(std::count_if(lines.begin(), lines.end(),
+                          [](const std::string& line) {
+                            return line.find("Video decoder: ") != std::string::npos;
+                          }),
+            0);
 }
 
 // As bought discs have them: one time stamp for each VOBU, and pointers that end at the cells.
 TEST_F(DamageTest, FewTimeStampsAndNoPointersGiveTheSamePictures) {
-  std::vector<int> expected;
-  {
-    VideoDisc disc({path_});
-    for (const UnitPlace& unit : disc.Units()) {
-      expected.push_back(ReadCounter(*disc.Show({unit.lba, unit.pts})));
-    }
-  }
+  const std::vector<int> expected = Counters();
   bool stamped = false;
-  for (std::size_t at = 0; at < image_.size(); at += kSectorSize) {
-    const auto sector = std::span(image_).subspan(at).first<kSectorSize>();
-    const PackKind kind = ClassifyPack(sector).kind;
+  ForEachPack([&](Pack sector, PackKind kind) {
     if (kind == PackKind::kNav) {
       stamped = false;
       PutInt(sector, kNavNextVobuOffset, kNavNoDistance);
       PutInt(sector, kNavPreviousVobuOffset, 0x8000'0003);
     }
-    if (kind != PackKind::kVideo || !PacketTime(sector)) continue;
+    if (kind != PackKind::kVideo || !PacketTime(sector)) return;
     if (stamped) sector[kPesFlags2Offset] = 0;
     stamped = true;
-  }
-  WriteFile(path_, image_);
-  VideoDisc disc({path_});
-  std::vector<int> found;
-  for (const UnitPlace& unit : disc.Units()) {
-    found.push_back(ReadCounter(*disc.Show({unit.lba, unit.pts})));
-  }
-  EXPECT_EQ(found, expected);
+  });
+  EXPECT_EQ(Counters(), expected);
 }
 
-TEST_F(DamageTest, TruncatedFileShowsWhatIsLeft) {
-  VideoDisc disc({path_});
+TEST_F(DamageTest, PlaybackEndsWithTheSetAndLeavesAStillWithoutCombs) {
+  // The flags for progressive video, in the extensions of sequence and picture.
+  ForEachExtension([](auto bytes) {
+    if (bytes[4] >> 4 == 1) bytes[5] &= 0xF7;
+    if (bytes[4] >> 4 == 8) bytes[8] &= 0x7F;
+  });
+  FakeClock clock;
+  VideoDisc disc({path_}, nullptr, &clock);
   const auto units = disc.Units();
-  const UnitPlace& last = units[units.size() / 2];
-  std::filesystem::resize_file(path_, (last.lba + 2) * kSectorSize + 100);
-  for (const UnitPlace& unit : units) {
-    const FramePointer frame = disc.Show({unit.lba, unit.pts});
-    if (unit.lba < last.lba) {
-      EXPECT_TRUE(frame) << unit.lba;
-    }
-  }
-  EXPECT_FALSE(disc.Show({disc.set.TotalSectors() + 7, 0}));
+  const auto frames = disc.Play({{units.back().lba, units.back().pts}, {}, false, 0});
+  ASSERT_GE(frames.size(), 2U);
+  const VideoFrame& last = *frames.back();
+  const VideoFrame& played = *frames[frames.size() - 2];
+  EXPECT_EQ(ReadCounter(last), 3000 + 419 - 1);
+  EXPECT_EQ(last.globalTime, played.globalTime);
+  EXPECT_FALSE(last.rgb == played.rgb);
+  EXPECT_TRUE(last.rgb == disc.Show({last.navLba, last.pts})->rgb);
 }
 
 TEST_F(DamageTest, ForgottenPicturesAreReadAgain) {
@@ -147,6 +146,7 @@ TEST_F(DamageTest, ForgottenPicturesAreReadAgain) {
   EXPECT_EQ(disc.engine.RememberedBytes(), 0U);
   std::filesystem::resize_file(path_, 0);
   EXPECT_FALSE(disc.Show(requests.front()));
+  EXPECT_FALSE(disc.Show({disc.set.TotalSectors() + 7, 0}));
 }
 
 }  // namespace

@@ -129,20 +129,6 @@ TEST_F(PlaybackTest, HoldsAndDropsToKeepWithTheSound) {
   EXPECT_NEAR(static_cast<double>(frames.size()) + discarded, 90, 3);
 }
 
-TEST_F(PlaybackTest, LoopsUntilStopped) {
-  VideoDisc disc(copy_->TitleVobs(), nullptr, &clock_);
-  PlayOptions options = Near(disc, 2);
-  options.endTime = std::int64_t{599} * 3003 - kSecond;
-  options.loop = true;
-  std::atomic<int> shown = 0;
-  disc.engine.Attach(
-      {[&](VideoNotification n) { disc.notifications.push_back(n); }, [&] { ++shown; }});
-  ASSERT_TRUE(disc.engine.Play(options));
-  while (shown < 100) std::this_thread::yield();
-  EXPECT_EQ(disc.engine.Stop(), Result::kDone);
-  EXPECT_EQ(disc.notifications, std::vector{ID_PLAYBACK_STOPPED});
-}
-
 TEST_F(PlaybackTest, SwitchesSoundWhilePlaying) {
   RecordingOutput sound(clock_);
   VideoDisc disc(copy_->TitleVobs(), &sound, &clock_);
@@ -162,16 +148,6 @@ TEST_F(PlaybackTest, SwitchesSoundWhilePlaying) {
   });
   EXPECT_NEAR(shown, 120, 2);
   EXPECT_GT(sound.recorded.size(), silentFrom + 48000);
-}
-
-TEST_F(PlaybackTest, EndsWithTheSet) {
-  VideoDisc disc(copy_->TitleVobs(), nullptr, &clock_);
-  const auto units = disc.Units();
-  PlayOptions options;
-  options.from = {units.back().lba, units.back().pts, 0};
-  const auto frames = disc.Play(options);
-  ASSERT_FALSE(frames.empty());
-  EXPECT_EQ(ReadCounter(*frames.back()), 3000 + 419 - 1);
 }
 
 }  // namespace
