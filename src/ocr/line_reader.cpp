@@ -8,13 +8,11 @@
 #include "ocr/alignment.h"
 #include "ocr/glyph_cutter.h"
 #include "ocr/letter_rules.h"
-#include "ocr/music_note.h"
+#include "ocr/note_finder.h"
 #include "spu/char_box.h"
 
 namespace quillomar {
 namespace {
-
-constexpr char32_t kNoteSign = U'\u266A';  // until the result is written
 
 // When known patterns are enough to read a line.
 constexpr int kWellKnown = 3;  // votes
@@ -31,20 +29,6 @@ constexpr double kDoubtfulShare = 0.7;
 // A gap between dots that is wider than others by this parts words.
 constexpr double kWiderThanDots = 1.4;
 constexpr double kCedilla = 0.2;
-bool HasNeighbour(const LineText& line, std::size_t glyph) {
-  const bool before = glyph > 0 && !line.texts[glyph].startsWord;
-  const bool after = glyph + 1 < line.texts.size() && !line.texts[glyph + 1].startsWord;
-  return before || after;
-}
-
-// A note stands alone, or beside what was read of another note.
-void FindNotes(LineText& line) {
-  for (std::size_t i = 0; i < line.texts.size(); ++i) {
-    GlyphText& text = line.texts[i];
-    if (text.fixed || HasNeighbour(line, i)) continue;
-    if (LooksLikeMusicNote(line.line.glyphs[i], line.line)) text.text = kNoteSign;
-  }
-}
 
 bool IsDotPair(const LineText& line, std::size_t glyph) {
   return line.texts[glyph - 1].text == U"." && line.texts[glyph].text == U".";
@@ -63,17 +47,6 @@ double Required(const std::u32string& own, const std::u32string& best, int votes
   if (own.empty()) return kUnreadMajority;
   if (IsBarText(own) && IsBarText(best)) return kBarMajority;
   return votes <= kFewVotes ? kFewVotesMajority : kMajority;
-}
-
-void JoinGlyphs(LineText& line, std::size_t first, std::size_t count) {
-  auto& glyphs = line.line.glyphs;
-  for (std::size_t i = 1; i < count; ++i) {
-    line.joined.push_back({PatternOf(glyphs[first + i - 1], line.line.metrics),
-                           PatternOf(glyphs[first + i], line.line.metrics)});
-  }
-  for (std::size_t i = 1; i < count; ++i) glyphs[first].Join(std::move(glyphs[first + i]));
-  const auto begin = glyphs.begin() + static_cast<std::ptrdiff_t>(first) + 1;
-  glyphs.erase(begin, begin + static_cast<std::ptrdiff_t>(count - 1));
 }
 
 GlyphText TextOf(const Match& match, const std::vector<Reading>& readings) {
@@ -96,7 +69,7 @@ void LineReader::JoinTaught(LineText& line) const {
       if (i + count > line.line.glyphs.size()) continue;
       const Glyph joined = JoinedGlyph(line.line.glyphs, i, count);
       if (taught_.TextOf(PatternOf(joined, line.line.metrics)).empty()) continue;
-      JoinGlyphs(line, i, count);
+      line.JoinGlyphs(i, count);
       break;
     }
   }
@@ -109,7 +82,7 @@ void LineReader::JoinKnownParts(LineText& line) const {
   for (std::size_t i = 0; i < glyphs.size(); ++i) {
     const auto id = knowledge_.patterns.Find(PatternOf(glyphs[i], line.line.metrics));
     if (previous && id && knowledge_.joins.Ask({*previous, *id}) == JoinModel::Answer::kOne) {
-      JoinGlyphs(line, --i, 2);
+      line.JoinGlyphs(--i, 2);
       previous = knowledge_.patterns.Find(PatternOf(glyphs[i], line.line.metrics));
     } else {
       previous = id;
@@ -159,7 +132,7 @@ void LineReader::Recognise(LineText& line, const EnginePicture& picture, LineRec
   line.glyphsAsFound = line.line.glyphs;
   line.recognised = true;
   LayReadings(line, language);
-  FindNotes(line);
+  FindNotes(line, &picture);
   FixBars(line, language);
 }
 
@@ -173,7 +146,7 @@ void LineReader::LayReadings(LineText& line, const std::string& language) const 
   const std::vector<Match> matches =
       AlignReadings(line.readings, line.line.glyphs, line.line.metrics, knowledge_.widths, known);
   for (std::size_t i = 0; i < matches.size(); ++i) {
-    JoinGlyphs(line, i, matches[i].glyphs);
+    line.JoinGlyphs(i, matches[i].glyphs);
     line.texts.push_back(TextOf(matches[i], line.readings));
     FixByShape(line.texts.back(), line.line.glyphs[i], line.line.metrics);
     if (language == "en") continue;

@@ -29,7 +29,11 @@ struct LineText {
   std::vector<Glyph> glyphsAsFound;
   // Neighbours that became one glyph, because one character was read of both.
   std::vector<std::pair<GlyphPattern, GlyphPattern>> joined;
+  // Music notes that only the picture's soft edges showed.
+  std::vector<PixelBox> softNotes;
 
+  // Makes one glyph of neighbours.
+  void JoinGlyphs(std::size_t first, std::size_t count);
   // Columns between a glyph and the one before it.
   [[nodiscard]] int GapBefore(std::size_t glyph) const;
   // The same in x-heights.

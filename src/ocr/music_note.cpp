@@ -17,22 +17,43 @@ constexpr double kStemTop = 0.15, kStemBottom = 0.55, kHeadTop = 0.78;
 constexpr double kThinStem = 0.3, kFlagReach = 0.2, kHeadReach = 0.2;
 constexpr int kStemDrift = 2;       // columns
 constexpr double kHeadFill = 0.55;  // of the head's box
+// Of a stem that is broken: the part of its rows that is left above, and shares of the height that
+// a head on its own has.
+constexpr double kBrokenStem = 0.4;
+constexpr double kLeastHead = 0.1, kMostHead = 0.45;
+constexpr int kMostBlankRows = 1;  // between head and flag
 
 class NoteShape {
  public:
   NoteShape(const Glyph& glyph, int refRow, float slant) {
-    for (const InkRun& run : glyph.components.front().runs) {
-      const int shift = SlantShift(run.row, refRow, slant);
-      const InkRun moved{run.row, run.first + shift, run.last + shift};
-      box_.Join({moved.first, moved.last, moved.row, moved.row});
-      rows_.resize(static_cast<std::size_t>(box_.Height()));
-      rows_[static_cast<std::size_t>(run.row - box_.y0)].push_back(moved);
+    box_ = StraightBox(glyph, refRow, slant);
+    rows_.resize(static_cast<std::size_t>(box_.Height()));
+    for (const Component& component : glyph.components) {
+      for (const InkRun& run : component.runs) {
+        const int shift = SlantShift(run.row, refRow, slant);
+        rows_[static_cast<std::size_t>(run.row - box_.y0)].push_back(
+            {run.row, run.first + shift, run.last + shift});
+      }
+    }
+    for (std::vector<InkRun>& row : rows_) {
+      std::sort(row.begin(), row.end(),
+                [](const InkRun& a, const InkRun& b) { return a.first < b.first; });
     }
   }
 
-  bool IsNote() { return FindStem() && HasHead() && HasFlag(); }
+  [[nodiscard]] bool IsNote() { return FindStem() && HasHead(RowAt(kHeadTop)) && HasFlag(); }
+  // Thin type loses stems: what is left of one is above, the head stands by itself.
+  [[nodiscard]] bool IsBrokenNote() {
+    return FindBrokenStem() && HasHead(TopOfHead()) && HasFlag() && FlagEndsRight();
+  }
 
  private:
+  static PixelBox StraightBox(const Glyph& glyph, int refRow, float slant) {
+    PixelBox box;
+    for (const Component& component : glyph.components)
+      box.Join(Straightened(component, refRow, slant));
+    return box;
+  }
   [[nodiscard]] int RowAt(double share) const { return static_cast<int>(share * box_.Height()); }
   [[nodiscard]] const std::vector<InkRun>& Row(int row) const {
     return rows_[static_cast<std::size_t>(row)];
@@ -50,22 +71,48 @@ class NoteShape {
       lengths.push_back(Row(row).front().Length());
     }
     const auto [left, right] = std::minmax_element(starts.begin(), starts.end());
-    if (*right - *left > kStemDrift) return false;
+    return *right - *left <= kStemDrift && TakeStem(starts, lengths);
+  }
+  // From the top down to where nothing but the flag is left.
+  bool FindBrokenStem() {
+    std::vector<int> starts, lengths;
+    for (int row = 0; row <= RowAt(kStemBottom); ++row) {
+      if (Row(row).empty() || Row(row).size() > 2) return false;
+      const int start = Row(row).front().first;
+      if (!starts.empty() && std::abs(start - starts.front()) > kStemDrift) {
+        if (start < starts.front()) return false;
+        break;
+      }
+      starts.push_back(start);
+      lengths.push_back(Row(row).front().Length());
+    }
+    return static_cast<int>(starts.size()) >= kBrokenStem * RowAt(kStemBottom) &&
+           TakeStem(starts, lengths);
+  }
+  bool TakeStem(const std::vector<int>& starts, const std::vector<int>& lengths) {
     const int width = ValueAtShare(lengths, 0.3);
     stem_ = {0, ValueAtShare(starts, 0.5), ValueAtShare(starts, 0.5) + width - 1};
     return width <= AtLeastTwo(kThinStem);
   }
+  // Where what stands left of the stem begins.
+  [[nodiscard]] int TopOfHead() const {
+    int top = box_.Height();
+    while (top > 0 && !Row(top - 1).empty() && Row(top - 1).front().first < stem_.first) --top;
+    return top;
+  }
   // The flag may reach down beside the head.
-  [[nodiscard]] bool HasHead() const {
+  [[nodiscard]] bool HasHead(int top) const {
     PixelBox head;
     int pixels = 0, widest = 0;
-    for (int row = RowAt(kHeadTop); row < box_.Height(); ++row) {
+    for (int row = top; row < box_.Height(); ++row) {
       if (Row(row).empty()) return false;
       const InkRun& run = Row(row).front();
       head.Join({run.first, run.last, run.row, run.row});
       pixels += run.Length();
       widest = std::max(widest, run.Length());
     }
+    if (head.Height() < kLeastHead * box_.Height() || head.Height() > kMostHead * box_.Height())
+      return false;
     const int left = stem_.first - head.x0, right = std::max(head.x1 - stem_.last, 0);
     return widest >= 2 * stem_.Length() && left > 2 * right &&
            stem_.first - head.x0 >= AtLeastTwo(kHeadReach) && head.x1 <= stem_.last + kStemDrift &&
@@ -82,6 +129,13 @@ class NoteShape {
     return reach >= AtLeastTwo(kFlagReach);
   }
 
+  // Close to the head, or a question mark would be one.
+  [[nodiscard]] bool FlagEndsRight() const {
+    int row = TopOfHead() - 1, blank = 0;
+    while (row > 0 && Row(row).empty()) --row, ++blank;
+    return blank <= kMostBlankRows && Row(row).back().last - stem_.last >= AtLeastTwo(kFlagReach);
+  }
+
   PixelBox box_;
   std::vector<std::vector<InkRun>> rows_;
   InkRun stem_;
@@ -90,12 +144,14 @@ class NoteShape {
 }  // namespace
 
 bool LooksLikeMusicNote(const Glyph& glyph, const GlyphLine& line) {
-  if (glyph.components.size() != 1) return false;
   const double height = kLeastHeight * line.metrics.xHeight;
   if (glyph.box.Height() < height || glyph.box.Width() < kLeastWidth) return false;
+  const auto isNote = [&](float slant) {
+    NoteShape shape(glyph, line.metrics.baseline, slant);
+    return shape.IsNote() || (glyph.components.size() > 1 && shape.IsBrokenNote());
+  };
   // A note may stand upright beside slanted letters.
-  return NoteShape(glyph, line.metrics.baseline, 0).IsNote() ||
-         (line.slant != 0 && NoteShape(glyph, line.metrics.baseline, line.slant).IsNote());
+  return isNote(0) || (line.slant != 0 && isNote(line.slant));
 }
 
 }  // namespace quillomar

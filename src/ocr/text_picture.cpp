@@ -59,9 +59,10 @@ void TextPicture::FindSoftEdges(ByteSpan pixels, int textType, int softType) {
   for (std::size_t i = 0; i < pixels.size(); ++i) {
     if (pixels[i] != softType) continue;
     ++found;
-    soft[i] = isText(i + 1) || isText(i + columns) || (i > 0 && isText(i - 1)) ||
-              (i >= columns && isText(i - columns));
-    if (soft[i]) ++touching;
+    soft[i] = true;
+    const bool touches = isText(i + 1) || isText(i + columns) || (i > 0 && isText(i - 1)) ||
+                         (i >= columns && isText(i - columns));
+    if (touches) ++touching;
   }
   if (static_cast<double>(touching) > kSoftShare * static_cast<double>(found))
     soft_ = std::move(soft);
