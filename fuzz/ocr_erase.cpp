@@ -4,15 +4,11 @@
 #include <algorithm>
 
 #include "base/utf8.h"
-#include "dvd/big_endian.h"
-#include "fuzz_target.h"
 #include "ocr/hearing_impaired.h"
 #include "ocr/lesson.h"
 #include "ocr/recognised_text.h"
-#include "spu/parse.h"
 #include "support/block_engine.h"
-#include "support/memory_files.h"
-#include "support/spu_builder.h"
+#include "unit_input.h"
 
 namespace quillomar::fuzz {
 namespace {
@@ -25,10 +21,7 @@ constexpr std::uint8_t kMenu = 8;
 constexpr float kSlantStep = 1 / 256.0F;
 
 Bytes Seed(const std::vector<std::string>& lines, std::uint8_t kinds) {
-  Bytes input = {kinds, 0, 1, 0};
-  const Bytes unit = test::BuildSpu(test::Subtitle(test::DrawBlocks(lines), 40, 400, 300));
-  input.insert(input.end(), unit.begin(), unit.end());
-  return input;
+  return WithUnit({kinds, 0, 1, 0}, test::Subtitle(test::DrawBlocks(lines), 40, 400, 300));
 }
 
 // What holds whatever was done.
@@ -82,18 +75,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace quillomar;
   const ByteSpan input(data, size);
   if (size < fuzz::kHeaderSize) return 0;
-  const ByteSpan unitBytes = input.subspan(fuzz::kHeaderSize);
-  if (unitBytes.size() < kSpuHeaderSize || unitBytes.size() > kMaxSpuSize) return 0;
-
-  test::MemoryFileSystem files;
-  Reporter reporter(files);
-  ReportLimit limit(reporter);
-  const SpuContext context{reporter, limit, VideoStandard::kPal};
-  SubpictureUnit unit = test::MakeUnit(Bytes(unitBytes.begin(), unitBytes.end()));
-  PutShort(unit.state.bytes, kSpuSizeOffset, static_cast<std::uint16_t>(unitBytes.size()));
-  unit.state.freeRoom = GetShort(input, 2);
-  if ((input[0] & fuzz::kMenu) != 0) unit.highlight.buttons.emplace_back();
-  if (Failed(ParseControlSequences(unit, 0, 0, context))) return 0;
-  fuzz::ReadAndErase(unit, input.first(fuzz::kHeaderSize), context);
+  fuzz::UnitInput taken;
+  if (!taken.Take(input.subspan(fuzz::kHeaderSize), GetShort(input, 2))) return 0;
+  if ((input[0] & fuzz::kMenu) != 0) taken.unit.highlight.buttons.emplace_back();
+  fuzz::ReadAndErase(taken.unit, input.first(fuzz::kHeaderSize), taken.context);
   return 0;
 }

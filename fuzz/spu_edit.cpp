@@ -3,13 +3,9 @@
 // have demanded it.
 #include <algorithm>
 
-#include "dvd/big_endian.h"
-#include "fuzz_target.h"
 #include "spu/colour_edit.h"
-#include "spu/parse.h"
 #include "support/edit_script.h"
-#include "support/memory_files.h"
-#include "support/spu_builder.h"
+#include "unit_input.h"
 
 namespace quillomar::fuzz {
 namespace {
@@ -23,9 +19,7 @@ Bytes Seed(std::uint16_t freeRoom, const std::vector<Bytes>& steps,
   input[0] = static_cast<std::uint8_t>(steps.size());
   PutShort(input, 1, freeRoom);
   for (const Bytes& step : steps) input.insert(input.end(), step.begin(), step.end());
-  const Bytes unit = test::BuildSpu(description);
-  input.insert(input.end(), unit.begin(), unit.end());
-  return input;
+  return WithUnit(std::move(input), description);
 }
 
 }  // namespace
@@ -52,19 +46,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size < fuzz::kHeaderSize) return 0;
   const std::size_t scriptSize = std::min(input[0] * fuzz::kStepSize, size - fuzz::kHeaderSize) /
                                  fuzz::kStepSize * fuzz::kStepSize;
-  const ByteSpan unitBytes = input.subspan(fuzz::kHeaderSize + scriptSize);
-  if (unitBytes.size() < kSpuHeaderSize || unitBytes.size() > kMaxSpuSize) return 0;
-
-  test::MemoryFileSystem files;
-  Reporter reporter(files);
-  ReportLimit limit(reporter);
-  const SpuContext context{reporter, limit, VideoStandard::kPal};
-  SubpictureUnit unit = test::MakeUnit(Bytes(unitBytes.begin(), unitBytes.end()));
-  PutShort(unit.state.bytes, kSpuSizeOffset, static_cast<std::uint16_t>(unitBytes.size()));
-  unit.state.freeRoom = GetShort(input, 1);
-  if (Failed(ParseControlSequences(unit, 0, 0, context))) return 0;
-  SelectControlSequence(unit, 0);
+  fuzz::UnitInput taken;
+  if (!taken.Take(input.subspan(fuzz::kHeaderSize + scriptSize), GetShort(input, 1))) return 0;
+  SelectControlSequence(taken.unit, 0);
   const ByteSpan script = input.subspan(fuzz::kHeaderSize, scriptSize);
-  fuzz::Require(test::RunEditScript(unit, script, context).empty());
+  fuzz::Require(test::RunEditScript(taken.unit, script, taken.context).empty());
   return 0;
 }

@@ -23,6 +23,10 @@ constexpr double kQuoteGap = 0.42;
 constexpr double kLeastXShare = 0.6;
 constexpr double kMostXShare = 0.88;
 constexpr double kUsualXShare = 0.73;
+// In short lines descenders and brackets may outnumber the letters that stand on the baseline: they
+// reach so far below it, in typical heights. Little ends above it.
+constexpr double kShallowest = 0.15, kDeepest = 0.5;
+constexpr double kShareAboveDescenders = 0.45;
 // Lines whose letters are this much off the disc's have another size.
 constexpr double kOtherSize = 1.9;
 
@@ -191,7 +195,14 @@ int FindBaseline(const InkLine& line) {
   for (const Component* letter : Letters(line)) {
     ++counts[static_cast<std::size_t>(letter->box.y1 - line.box.y0)];
   }
-  return line.box.y0 + Fullest(counts, 0, line.box.Height());
+  const int fullest = Fullest(counts, 0, line.box.Height());
+  const int high = fullest - static_cast<int>(kDeepest * line.typicalHeight);
+  const int low = fullest - std::max(static_cast<int>(kShallowest * line.typicalHeight), 2);
+  if (high < 0 || low <= high) return line.box.y0 + fullest;
+  const int above = Fullest(counts, high, low);
+  const bool isBaseline =
+      CountNear(counts, above) >= kShareAboveDescenders * CountNear(counts, fullest);
+  return line.box.y0 + (isBaseline ? above : fullest);
 }
 
 void HeightStatistics::Add(const InkLine& line, int baseline) {

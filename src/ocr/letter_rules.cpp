@@ -14,6 +14,8 @@ constexpr std::u32string_view kSameShape = U"cosuvwxz";
 constexpr std::u32string_view kCapitalsOfDescenders = U"YPG";
 constexpr double kDescender = 0.2;  // x-heights below the baseline
 constexpr std::u32string_view kBarTexts = U"Il1|";
+// What bars are misread as though they have dots, hooks or serifs.
+constexpr std::u32string_view kNoBars = U"i!|\u0131[]()";
 constexpr std::u32string_view kVowels =
     U"aeiouyh\u00e0\u00e1\u00e2\u00e4\u00e8\u00e9\u00ea\u00eb\u00ec\u00ed\u00ee\u00ef\u00f2\u00f3"
     U"\u00f4\u00f6\u00f9\u00fa\u00fb\u00fc\u0153\u00e6";
@@ -165,8 +167,7 @@ void FixByShape(GlyphText& text, const Glyph& glyph, const LineMetrics& metrics)
   char32_t& ch = text.text[0];
   const GlyphPlace place = PlaceOf(glyph.box, metrics);
   const bool dotted = HasDot(glyph);
-  if (IsBar(glyph, metrics) && (ch == U'i' || ch == U'!' || ch == U'|' || ch == U'\u0131'))
-    ch = U'l';
+  if (In(ch, kNoBars) && IsBar(glyph, metrics)) ch = U'l';
   if (dotted && (ch == U'l' || ch == U'I')) ch = U'i';
   ch = FixCase(FixMark(ch, place), place);
 }

@@ -53,8 +53,12 @@ class NoteFinder {
 
  private:
   [[nodiscard]] bool StandsAlone(std::size_t first, std::size_t end) const {
-    return (first == 0 || line_.texts[first].startsWord) &&
-           (end == line_.texts.size() || line_.texts[end].startsWord);
+    return (first == 0 || StartsWord(first)) && (end == line_.texts.size() || StartsWord(end));
+  }
+  // Nobody has said so of what was not read.
+  [[nodiscard]] bool StartsWord(std::size_t glyph) const {
+    return line_.texts[glyph].startsWord ||
+           (line_.texts[glyph].text.empty() && line_.RelativeGapBefore(glyph) > kPartGap);
   }
   [[nodiscard]] bool IsNote(std::size_t first, std::size_t parts) {
     const std::size_t end = first + parts;
@@ -83,6 +87,7 @@ class NoteFinder {
     const auto begin = line_.texts.begin() + static_cast<std::ptrdiff_t>(first) + 1;
     line_.texts.erase(begin, begin + static_cast<std::ptrdiff_t>(parts - 1));
     line_.texts[first].text = kNoteSign;
+    line_.texts[first].startsWord = true;
   }
 
   LineText& line_;

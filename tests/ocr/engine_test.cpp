@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "ocr/learning_engine.h"
-#include "plain_type.h"
+#include "support/plain_type.h"
 #include "spu/char_box.h"
 #include "support/message_collector.h"
 

@@ -1,4 +1,4 @@
-#include "plain_type.h"
+#include "support/plain_type.h"
 
 #include <algorithm>
 #include <cmath>
