@@ -20,12 +20,11 @@ constexpr std::uint8_t kExtension = 0xB5;
 
 using Pack = std::span<std::uint8_t, kSectorSize>;
 
-class DamageTest : public testing::Test {
+class DamageTest : public DiscTest {
  protected:
   void SetUp() override {
-    if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS names no discs";
-    copy_.emplace("ntsc");
-    path_ = copy_->TitleVobs().front();
+    DiscTest::SetUp();
+    if (copy_) path_ = copy_->TitleVobs().front();
   }
 
   void ForEachPack(const std::function<void(Pack, PackKind)>& change) {
@@ -52,13 +51,12 @@ class DamageTest : public testing::Test {
     VideoDisc disc({path_});
     std::vector<int> counters;
     for (const UnitPlace& unit : disc.Units()) {
-      const FramePointer frame = disc.Show({unit.lba, unit.pts});
+      const FramePointer frame = disc.Show(unit.Request());
       counters.push_back(frame ? ReadCounter(*frame) : -1);
     }
     return counters;
   }
 
-  std::optional<DiscCopy> copy_;
   std::string path_;
 };
 
@@ -66,7 +64,7 @@ TEST_F(DamageTest, VideoOfTypeMpeg1IsRefusedOnce) {
   constexpr std::uint8_t kUserData = 0xB2;
   ForEachExtension([](auto bytes) { bytes[3] = kUserData; });
   VideoDisc disc({path_});
-  for (const UnitPlace& unit : disc.Units()) EXPECT_FALSE(disc.Show({unit.lba, unit.pts}));
+  for (const UnitPlace& unit : disc.Units()) EXPECT_FALSE(disc.Show(unit.Request()));
   EXPECT_EQ(disc.messages.errors,
             std::vector<std::string>{"The background video seems to be of type MPEG-1\n"
                                      "Quillomar can't display MPEG-1 video at this point"});
@@ -122,7 +120,7 @@ TEST_F(DamageTest, PlaybackEndsWithTheSetAndLeavesAStillWithoutCombs) {
   FakeClock clock;
   VideoDisc disc({path_}, nullptr, &clock);
   const auto units = disc.Units();
-  const auto frames = disc.Play({{units.back().lba, units.back().pts}, {}, false, 0});
+  const auto frames = disc.Play({units.back().Request(), {}, false, 0});
   ASSERT_GE(frames.size(), 2U);
   const VideoFrame& last = *frames.back();
   const VideoFrame& played = *frames[frames.size() - 2];
@@ -136,7 +134,7 @@ TEST_F(DamageTest, ForgottenPicturesAreReadAgain) {
   VideoDisc disc({path_});
   const auto units = disc.Units();
   std::vector<FrameRequest> requests;
-  for (std::size_t i = 0; i < 8; ++i) requests.push_back({units[i].lba, units[i].pts});
+  for (std::size_t i = 0; i < 8; ++i) requests.push_back(units[i].Request());
   disc.engine.Prefetch(requests);
   while (disc.engine.RememberedBytes() == 0) std::this_thread::yield();
   const FramePointer before = disc.Show(requests.front());

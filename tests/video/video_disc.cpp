@@ -1,9 +1,5 @@
 #include "video/video_disc.h"
 
-#include <gtest/gtest.h>
-
-#include <regex>
-
 #include "dvd/nav_pack.h"
 #include "dvd/pack.h"
 #include "video/video_packet.h"
@@ -25,18 +21,20 @@ VideoDisc::VideoDisc(const std::vector<std::string>& paths, AudioOutput* audio,
   engine.Open(set);
 }
 
-FramePointer VideoDisc::Show(const FrameRequest& request) {
-  EXPECT_TRUE(engine.ShowFrame(request));
+FramePointer VideoDisc::WaitForFrame() {
   while (Failed(engine.Wait())) {
   }
   return engine.CurrentFrame();
 }
 
+FramePointer VideoDisc::Show(const FrameRequest& request) {
+  EXPECT_TRUE(engine.ShowFrame(request));
+  return WaitForFrame();
+}
+
 FramePointer VideoDisc::Step(int direction) {
   EXPECT_TRUE(engine.Step(direction));
-  while (Failed(engine.Wait())) {
-  }
-  return engine.CurrentFrame();
+  return WaitForFrame();
 }
 
 std::vector<FramePointer> VideoDisc::Play(const PlayOptions& options,
@@ -48,8 +46,7 @@ std::vector<FramePointer> VideoDisc::Play(const PlayOptions& options,
                    if (onShown) onShown(*shown.back());
                  }});
   EXPECT_TRUE(engine.Play(options));
-  while (Failed(engine.Wait())) {
-  }
+  WaitForFrame();
   return shown;
 }
 
@@ -85,20 +82,6 @@ int ReadCounter(const VideoFrame& frame) {
     counter = counter * 2 + (green >= 192 ? 1 : 0);
   }
   return counter;
-}
-
-std::map<int, VobTruth> ReadTruth(const std::string& disc) {
-  const std::string path =
-      EnvironmentVariable("QUILLOMAR_DISCS").value_or("") + "/" + disc + "/truth.json";
-  const Bytes bytes = FileBytes(path);
-  const std::string text(bytes.begin(), bytes.end());
-  const std::regex vob(R"re("frames": (\d+), "firstCounter": (\d+))re");
-  std::map<int, VobTruth> vobs;
-  for (std::sregex_iterator match(text.begin(), text.end(), vob), end; match != end; ++match) {
-    const int vobId = static_cast<int>(vobs.size()) + 1;
-    vobs[vobId] = {std::stoi((*match)[1]), std::stoi((*match)[2])};
-  }
-  return vobs;
 }
 
 }  // namespace quillomar::test

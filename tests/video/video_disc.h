@@ -1,7 +1,8 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ struct UnitPlace {
   std::uint32_t pts = 0;     // 90 kHz
   int vobId = 0;
   std::uint32_t vobStart = 0;  // 90 kHz, start of the VOB's first VOBU
+  [[nodiscard]] FrameRequest Request() const { return {lba, pts}; }
 };
 
 // An engine on files of a disc, with what it said.
@@ -42,17 +44,24 @@ class VideoDisc {
   std::unique_ptr<FileSystem> files = MakeDiskFileSystem();
   VobFileSet set{*files, messages.reporter};
   VideoEngine engine;
+
+ private:
+  FramePointer WaitForFrame();
+};
+
+// A test on its own copy of an authored disc.
+class DiscTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS names no discs";
+    copy_.emplace(Name());
+  }
+  [[nodiscard]] virtual std::string Name() const { return "ntsc"; }
+
+  std::optional<DiscCopy> copy_;
 };
 
 // The number burnt into a picture; -1 where its boxes are neither black nor white.
 [[nodiscard]] int ReadCounter(const VideoFrame& frame);
-
-// What the disc's author says of a VOB of title set 1.
-struct VobTruth {
-  int frames = 0;
-  int firstCounter = 0;
-};
-// By VOB id, in the order of the disc.
-[[nodiscard]] std::map<int, VobTruth> ReadTruth(const std::string& disc);
 
 }  // namespace quillomar::test
