@@ -42,7 +42,7 @@ constexpr const char* kOptionHelp =
     "  --ifo FILE        where the colours of a .sup file come from\n"
     "  --language CODE   en, fr, ..., in place of what the disc says of its streams\n"
     "  --json            machine-readable output (list, disc, clut, ocr)\n"
-    "  --quiet           no output but errors\n"
+    "  --quiet           only results and errors\n"
     "  --yes             answers questions with yes\n"
     "  --fast            reads only what an earlier run found worth reading, where nothing has\n"
     "                    changed since\n"

@@ -64,8 +64,7 @@ int RunOcrCommand(const CliCall& call) {
     const std::string text = SrtText(units, call.editor.Doc().Context());
     if (Failed(WriteTextFile(session.files, session.reporter, srt, text))) return kCliRefused;
   }
-  const bool prints = call.options.json || (srt.empty() && !call.options.quiet);
-  if (prints) PrintText(call, units);
+  if (call.options.json || srt.empty()) PrintText(call, units);
   return kCliDone;
 }
 

@@ -18,7 +18,6 @@ int RunList(const CliCall& call) {
     items.push_back(call.options.json ? UnitJson(document, Document::Unrecorded(unit))
                                       : UnitLine(document, *unit));
   }
-  if (call.options.quiet) return kCliDone;
   if (call.options.json) {
     call.streams.out << JsonArray(items) << '\n';
   } else {
@@ -38,7 +37,7 @@ int RunDisc(const CliCall& call) {
   Document& document = call.editor.Doc();
   if (call.options.json) {
     call.streams.out << DiscJson(document) << '\n';
-  } else if (!call.options.quiet) {
+  } else {
     call.streams.out << DiscText(document);
   }
   return kCliDone;

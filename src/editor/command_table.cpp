@@ -48,7 +48,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {kAbout, "about", Menu::kHelp, "About Quillomar", "", kAlways, &Editor::ShowAbout, true},
 
     {kAbort, "abort", Menu::kNone, "Abort", "Esc", kAlways, &Editor::Abort},
-    {kSaveSrt, "saveSrt", Menu::kNone, "Save OCR output as .srt file", "", kIdleWithUnit, &Editor::SaveSrt},
+    {kSaveSrt, "saveSrt", Menu::kNone, "Save OCR output as .srt file", "", kIdleWithSet, &Editor::SaveSrt},
     {kSaveInfoText, "saveInfoText", Menu::kNone, "Save all subpic info as text file", "", kIdleWithUnit, &Editor::SaveInfoText},
     {kOpenMostRecent, "openMostRecent", Menu::kNone, "Open the most recent file set", "Ctrl+O", kIdle, &Editor::OpenMostRecent},
     {kPrevious, "previous", Menu::kNone, "Previous subpic", "Left", kAlways, &Editor::GoPrevious, false, kNotInText},

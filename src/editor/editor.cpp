@@ -40,7 +40,7 @@ bool Editor::Enabled(const Command& command) const {
     case Guard::kIdleWithUnit:
       return !busy_ && selection_.Current() != nullptr;
     case Guard::kIdleWithFrame:
-      return !busy_ && video_.Frame() != nullptr;
+      return !busy_ && view_.video.frame != nullptr;
     case Guard::kIdleWithUndo:
       return !busy_ && document_.History().ToUndo() != nullptr;
     case Guard::kIdleWithRedo:
@@ -137,6 +137,7 @@ void Editor::UpdateView() {
   if (video_.Playing()) view_.streams = std::move(streams);
   view_.canEdit = view_.hasUnit && !busy_;
   if (!busy_) view_.aspect = document_.Results().aspect;
+  view_.place.flush = last_.flushToBorder;
   FillVideo();
   if (isOther) FollowStreamsModes();
   view_.screenMode = CurrentScreenMode();

@@ -91,7 +91,8 @@ class Editor {
   void SetBorder(int lines);
   // 0: none, 1 to 5: the presets of the preferences, for the set's video standard.
   void ChooseBorderPreset(int preset);
-  void FlushToBorder();
+  // Whether borders also pull subpictures towards them; one that is there does so at once.
+  void FlushToBorder(bool on);
   // Asks whether to add a STOP command where there is none.
   void SetDuration(int ms);
   void MakeInfinite();
@@ -252,6 +253,7 @@ class Editor {
   void UpdateView();
   void OpenVideo();
   void FillVideo();
+  [[nodiscard]] FramePointer ShownFrame();
   void WantFrame();
   [[nodiscard]] std::optional<FrameRequest> FrameOfListed(int index);
   void FrameChanged();

@@ -25,15 +25,18 @@ void Editor::MoveHorizontally(int pixelsRight) {
 }
 
 void Editor::SetBorder(int lines) {
-  EditCurrent({.border = lines});
+  EditCurrent({.border = lines, .flush = lines > 0 && last_.flushToBorder});
 }
 
 void Editor::ChooseBorderPreset(int preset) {
   SetBorder(BorderHeight(session_.preferences, preset, !IsPal(document_.Standard())));
 }
 
-void Editor::FlushToBorder() {
-  EditCurrent({.flush = true});
+void Editor::FlushToBorder(bool on) {
+  if (!UnitMayBeEdited()) return;
+  if (on && selection_.Current()->state.border > 0) EditCurrent({.flush = true});
+  last_.flushToBorder = on;
+  UpdateView();
 }
 
 void Editor::CropCurrent() {

@@ -17,8 +17,6 @@ void Editor::OpenSup() {
       frontEnd_.ChooseFiles({"Load .sup file", kSupFilter, session_.preferences.lastSupDir, ""});
   if (paths.empty()) return;
   OpenSupFile(paths.front());
-  if (!document_.InSupMode()) return;
-  session_.preferences.lastSupDir = SplitPath(paths.front()).folder;
 }
 
 void Editor::OpenSupFile(const std::string& path) {
@@ -28,6 +26,7 @@ void Editor::OpenSupFile(const std::string& path) {
     session_.reporter.ReportError(Format("Error opening %s", path.c_str()));
     return;
   }
+  session_.preferences.lastSupDir = SplitPath(path).folder;
   RefillList();
   if (session_.preferences.askForIfos != 0) ChooseIfo();
 }

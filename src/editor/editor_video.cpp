@@ -31,7 +31,7 @@ void Editor::ShowEndFrame(bool on) {
 
 void Editor::StepFrame(int direction) {
   playedOut_ = false;
-  if (showsVideo_) video_.Step(direction);
+  if (showsVideo_ && view_.hasUnit) video_.Step(direction);
   view_.video.settled = video_.Settled();
 }
 
@@ -39,7 +39,7 @@ void Editor::FillVideo() {
   view_.video.available = video_.Available();
   view_.video.shown = showsVideo_;
   view_.video.atEnd = showsEndFrame_;
-  view_.video.frame = video_.Frame();
+  view_.video.frame = ShownFrame();
   view_.video.settled = video_.Settled();
   view_.video.playing = video_.Playing();
   view_.video.looping = video_.Playing() && looping_;
@@ -49,8 +49,13 @@ void Editor::FillVideo() {
   view_.picture = screen_.Picture();
 }
 
+// What was shown last belongs to a unit that is no longer there.
+FramePointer Editor::ShownFrame() {
+  return view_.hasUnit || video_.Playing() ? video_.Frame() : nullptr;
+}
+
 void Editor::FrameChanged() {
-  view_.video.frame = video_.Frame();
+  view_.video.frame = ShownFrame();
   view_.video.settled = true;
   if (VideoHost* const host = frontEnd_.Video()) host->VideoChanged();
 }
@@ -79,7 +84,7 @@ void Editor::SaveVideoFrame() {
                       session_.preferences.lastPpmDir, ""};
   request.forSaving = true;
   const auto paths = frontEnd_.ChooseFiles(request);
-  const FramePointer frame = video_.Frame();
+  const FramePointer frame = ShownFrame();
   if (paths.empty() || !frame) return;
   if (Failed(SaveFrame(session_.files, paths.front(), *frame))) {
     session_.reporter.ReportError(Format("Couldn't write %s", paths.front().c_str()));

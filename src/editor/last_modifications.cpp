@@ -51,7 +51,7 @@ void AddPlace(const LastModifications& last, const ApplyAllChoices& choices, Uni
   if (choices.horizontalPosition) edits.moveRight = last.horizontalPosition;
   if (choices.borders) {
     edits.border = last.borderHeight;
-    edits.flush = choices.flushToBorder;
+    edits.flush = choices.flushToBorder && last.borderHeight > 0;
   }
   edits.crop = choices.crop;
 }
@@ -72,7 +72,6 @@ void Remember(LastModifications& last, const UnitEdits& edits, const SubpictureU
   if (edits.border || edits.flush) {
     last.borderHeight = edits.border.value_or(unit.state.border);
     last.borderChanged = true;
-    last.flushToBorder = edits.flush;
   }
   if (edits.crop) last.cropped = true;
   if (edits.durationMs) last.duration = *edits.durationMs;

@@ -17,11 +17,11 @@ struct LastModifications {
   std::int32_t horizontalPosition = kNeverSet;  // pixels right of it
   std::int32_t borderHeight = 0;                // lines
   bool borderChanged = false;                   // tells a border of 0 from none set
-  bool flushToBorder = false;
-  std::int32_t startCommand = kNeverSet;  // 0 normal, else forced
-  std::int32_t duration = kNeverSet;      // ms
-  std::int32_t fade = kNeverSet;          // 1 added, -1 removed
-  std::vector<TypeValue> transparency;    // in the order of the edits, each selection once
+  bool flushToBorder = false;                   // how borders are set, now and again
+  std::int32_t startCommand = kNeverSet;        // 0 normal, else forced
+  std::int32_t duration = kNeverSet;            // ms
+  std::int32_t fade = kNeverSet;                // 1 added, -1 removed
+  std::vector<TypeValue> transparency;          // in the order of the edits, each selection once
   std::vector<TypeValue> colour;
   bool allControlSequences = false;  // of the last change of transparency or colour; else:
   int controlSequence = 0;

@@ -38,6 +38,7 @@ struct PlaceView {
   int border = 0;              // lines
   // 0: no border, 1 to 5: a preset of that height; nothing: another height.
   std::optional<int> borderPreset;
+  bool flush = false;  // borders pull the unit towards them
 };
 
 // When it is shown.
@@ -55,7 +56,7 @@ struct VideoView {
   bool available = false;  // the files hold video that can be looked at
   bool shown = false;      // else the background colour stands in its place
   bool atEnd = false;      // the picture is the one nearest to the unit's end
-  FramePointer frame;      // null without a picture
+  FramePointer frame;      // null without a picture or without a unit to show over it
   bool settled = true;     // it is the one asked for, which else is on its way
   bool playing = false;
   bool looping = false;

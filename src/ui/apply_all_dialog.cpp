@@ -76,7 +76,7 @@ ApplyAllDialog::ApplyAllDialog(QWidget* parent) : QDialog(parent) {
 
 QHBoxLayout* ApplyAllDialog::MakeDurations(QCheckBox& box) {
   durations_ = &box;
-  durationMs_ = MakeNumberBox(0, kLongestMs, true, this);
+  durationMs_ = MakeNumberBox(0, kLongestMs, this);
   durationMs_->setSuffix(" ms");
   durationMs_->setSingleStep(kStepMs);
   NameControl(*durationMs_, "applyDurationMs", "Duration in milliseconds",

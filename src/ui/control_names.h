@@ -22,4 +22,16 @@ inline void OrderTabs(const QList<QWidget*>& controls) {
   }
 }
 
+// What Tab stops at in a part of a window, in its order there.
+inline QList<QWidget*> TabStops(QWidget& part) {
+  QList<QWidget*> stops;
+  QWidget* widget = &part;
+  do {
+    const bool isStop = (widget->focusPolicy() & Qt::TabFocus) != 0 && !widget->focusProxy();
+    if (isStop && (widget == &part || part.isAncestorOf(widget))) stops << widget;
+    widget = widget->nextInFocusChain();
+  } while (widget != &part);
+  return stops;
+}
+
 }  // namespace quillomar

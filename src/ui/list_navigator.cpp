@@ -42,7 +42,6 @@ ListNavigator::ListNavigator(Editor& editor, QWidget* parent)
 
 void ListNavigator::NameControls() {
   setObjectName("listNavigator");
-  setFocusProxy(slider_);
   NameControl(*slider_, "subpictureSlider", "Subpicture",
               "Picks a subpic in the current selection");
   NameControl(*number_, "subpictureNumber", "Subpicture number",
@@ -52,6 +51,10 @@ void ListNavigator::NameControls() {
   number_->setKeyboardTracking(false);
   number_->setMinimumWidth(number_->fontMetrics().horizontalAdvance("000000") * 2);
   count_->setMinimumWidth(count_->fontMetrics().horizontalAdvance("of 00000"));
+}
+
+void ListNavigator::TakeFocus() {
+  slider_->setFocus();
 }
 
 // A job that changes subpictures keeps the list where it is; the controls then go back.

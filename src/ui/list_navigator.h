@@ -21,6 +21,8 @@ class ListNavigator final : public QWidget {
   explicit ListNavigator(Editor& editor, QWidget* parent = nullptr);
 
   void Show(const View& view);
+  // The keyboard goes to the slider.
+  void TakeFocus();
 
  private:
   void NameControls();

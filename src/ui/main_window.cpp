@@ -7,19 +7,21 @@
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
-#include <QScrollArea>
+#include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
-#include <QTabWidget>
+#include <QToolButton>
 #include <chrono>
 
 #include "editor/editor.h"
 #include "settings/preferences.h"
 #include "ui/apply_all_dialog.h"
 #include "ui/control_names.h"
+#include "ui/focus_mark.h"
 #include "ui/info_pane.h"
 #include "ui/key_filter.h"
 #include "ui/list_navigator.h"
@@ -44,6 +46,8 @@ namespace {
 
 constexpr std::chrono::milliseconds kTickInterval{200};
 constexpr QSize kTemplateSize(1180, 820);
+// What a desktop may draw around the window.
+constexpr QSize kFrameSize(12, 42);
 constexpr int kTextSideWidth = 330;
 constexpr int kStatusMargin = 6;
 constexpr int kWideAspect = 3;
@@ -80,10 +84,12 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
       place_(new PlacePanel(editor, this)),
       time_(new TimePanel(editor, this)),
       zoom_(new ZoomWindow(this)),
+      zoomChooser_(new ZoomChooser(*zoom_, this)),
       screenMode_(new ScreenModeChooser(editor, this)),
       preferences_(new PreferencesDialog(editor.Context(), frontEnd, this)),
       applyAll_(new ApplyAllDialog(this)),
       retime_(new RetimeDialog(this)),
+      commandDisplay_(new QMenu("Command display", this)),
       keys_(new KeyFilter(editor, this)),
       progress_(new ProgressWindow(this)) {
   setObjectName("mainWindow");
@@ -101,12 +107,14 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
   layout->addWidget(sides, 1);
   layout->addWidget(MakeEditStrip());
   setCentralWidget(centre);
+  OrderParts();
   MakeStatusBar();
+  new FocusMark(this);
   keys_->Watch(*this);
   keys_->Watch(*progress_);
   keys_->Watch(*zoom_);
   ConnectFrontEnd(frontEnd);
-  resize(kTemplateSize);
+  resize(kTemplateSize.boundedTo(screen()->availableSize() - kFrameSize));
   setFocus();
   Refresh();
 }
@@ -116,13 +124,37 @@ QWidget* MainWindow::MakePictureSide() {
   auto* const layout = new QVBoxLayout(side);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(picture_, 1);
+  layout->addWidget(ocr_);
   auto* const row = new QHBoxLayout;
   row->addWidget(navigator_, 1);
   row->addWidget(screenMode_);
-  row->addWidget(new ZoomChooser(*zoom_, this));
+  row->addWidget(zoomChooser_);
   layout->addLayout(row);
-  layout->addWidget(video_);
+  auto* const lastRow = new QHBoxLayout;
+  lastRow->addWidget(video_, 1);
+  lastRow->addWidget(MakeTextRow());
+  layout->addLayout(lastRow);
   return side;
+}
+
+// The text stands under the picture where there is one, unless the user sends it away.
+QWidget* MainWindow::MakeTextRow() {
+  textRow_ = new QWidget(this);
+  textSwitch_ = new QToolButton(this);
+  textSwitch_->setText("Text");
+  textSwitch_->setCheckable(true);
+  textSwitch_->setFocusPolicy(Qt::StrongFocus);
+  NameControl(*textSwitch_, "showText", "Recognized text", "Display or hide the recognized text");
+  connect(textSwitch_, &QToolButton::toggled, ocr_, &OcrPanel::setVisible);
+  connect(ocr_, &OcrPanel::TextWanted, textSwitch_, [this] { textSwitch_->setChecked(true); });
+  auto* const row = new QHBoxLayout(textRow_);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(textSwitch_);
+  row->addWidget(MakeCommandButton(CommandId::kOcrSelected, "OCR all", "ocrButton",
+                                   "Run Optical Character Recognition on selected subpics"));
+  row->addWidget(MakeCommandButton(CommandId::kSaveSrt, "Save as .srt", "saveSrtButton",
+                                   "Save subpics as .srt file"));
+  return textRow_;
 }
 
 QWidget* MainWindow::MakeTextSide() {
@@ -132,39 +164,31 @@ QWidget* MainWindow::MakeTextSide() {
   layout->setContentsMargins(0, 0, 0, 0);
   AddContextMenu();
   layout->addWidget(selectors_);
-  layout->addWidget(MakeTabs(), 1);
-  layout->addLayout(MakeButtons());
-  return side;
-}
-
-QTabWidget* MainWindow::MakeTabs() {
-  tabs_ = new QTabWidget(this);
-  NameControl(*tabs_, "tabs", "Information and recognized text", {});
-  // Scrolls where the window is low.
-  auto* const area = new QScrollArea(tabs_);
-  area->setWidgetResizable(true);
-  area->setFrameShape(QFrame::NoFrame);
-  auto* const text = new QWidget(area);
-  auto* const layout = new QVBoxLayout(text);
-  layout->addWidget(ocr_, 1);
   layout->addWidget(search_);
-  tabs_->addTab(info_, "&Information");
-  area->setWidget(text);
-  tabs_->addTab(area, "Recogni&zed text");
-  return tabs_;
+  layout->addWidget(info_, 1);
+  layout->addWidget(MakeButtons());
+  return side;
 }
 
 void MainWindow::AddContextMenu() {
   const Command& command = FindCommandById(CommandId::kSaveInfoText);
-  saveInfo_ = new QAction(QString::fromUtf8(command.text.data()), info_);
-  saveInfo_->setObjectName(QString::fromUtf8(command.name.data()));
-  connect(saveInfo_, &QAction::triggered, this, [this, id = command.id] { editor_.Run(id); });
-  info_->addAction(saveInfo_);
-  info_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  commandDisplay_->setObjectName("commandDisplayMenu");
+  commandDisplay_->setAccessibleName(commandDisplay_->title());
+  commandDisplay_->addSection(commandDisplay_->title());
+  QAction* const save = commandDisplay_->addAction(QString::fromUtf8(command.text.data()));
+  save->setObjectName(QString::fromUtf8(command.name.data()));
+  connect(save, &QAction::triggered, this, [this, id = command.id] { editor_.Run(id); });
+  info_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(info_, &QWidget::customContextMenuRequested, this, [this, save](QPoint place) {
+    save->setEnabled(editor_.Enabled(FindCommandById(CommandId::kSaveInfoText)));
+    commandDisplay_->popup(info_->mapToGlobal(place));
+  });
 }
 
-QGridLayout* MainWindow::MakeButtons() {
-  auto* const buttons = new QGridLayout;
+QWidget* MainWindow::MakeButtons() {
+  unitButtons_ = new QWidget(this);
+  auto* const buttons = new QGridLayout(unitButtons_);
+  buttons->setContentsMargins(0, 0, 0, 0);
   buttons->addWidget(MakeCommandButton(CommandId::kReloadUnit, "&Reload subpic", "reloadSubpicture",
                                        "Reloads this subpic from disk"),
                      0, 0);
@@ -178,7 +202,7 @@ QGridLayout* MainWindow::MakeButtons() {
       MakeCommandButton(CommandId::kApplyLastToAll, "Apply to all", "applyToAllButton",
                         "Apply these modifications to all selected subpics"),
       1, 1);
-  return buttons;
+  return unitButtons_;
 }
 
 QWidget* MainWindow::MakeEditStrip() {
@@ -190,6 +214,16 @@ QWidget* MainWindow::MakeEditStrip() {
   layout->addWidget(time_, 1);
   strip->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   return strip;
+}
+
+// Tab goes through the window as one reads it.
+void MainWindow::OrderParts() {
+  const QList<QWidget*> parts = {picture_,     ocr_,     navigator_, screenMode_, zoomChooser_,
+                                 video_,       textRow_, selectors_, search_,     info_,
+                                 unitButtons_, look_,    place_,     time_};
+  QList<QWidget*> stops;
+  for (QWidget* const part : parts) stops << TabStops(*part);
+  OrderTabs(stops);
 }
 
 QPushButton* MainWindow::MakeCommandButton(CommandId command, const QString& text,
@@ -221,7 +255,7 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
   connect(&frontEnd, &QtFrontEnd::JobBegan, this, &MainWindow::BeginJob);
   connect(&frontEnd, &QtFrontEnd::JobOver, this, &MainWindow::EndJob);
   connect(&frontEnd, &QtFrontEnd::CloseRequested, this, &MainWindow::close);
-  connect(&frontEnd, &QtFrontEnd::CharactersRequested, this, &MainWindow::FocusCharacters);
+  connect(&frontEnd, &QtFrontEnd::CharactersRequested, search_, &SearchPanel::FocusCharacters);
   connect(&frontEnd, &QtFrontEnd::PreferencesRequested, preferences_, &PreferencesDialog::exec);
   connect(&frontEnd, &QtFrontEnd::ModificationsRequested, this,
           [this](const ApplyAllChoices& offered, std::optional<ApplyAllChoices>& chosen) {
@@ -233,20 +267,10 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
           });
   connect(&frontEnd, &QtFrontEnd::ToolStarted, this, &MainWindow::WaitForTool);
   connect(&frontEnd, &QtFrontEnd::ToolEnded, this, &MainWindow::GoOnAfterTool);
-  connect(ocr_, &OcrPanel::TextWanted, this, &MainWindow::ShowText);
   connect(zoom_, &ZoomWindow::Changed, this, &MainWindow::Refresh);
   connect(preferences_, &PreferencesDialog::BackgroundChanged, this, &MainWindow::Refresh);
   connect(progress_, &ProgressWindow::AbortRequested, this,
           [this] { editor_.Run(CommandId::kAbort); });
-}
-
-void MainWindow::ShowText() {
-  tabs_->setCurrentIndex(tabs_->count() - 1);
-}
-
-void MainWindow::FocusCharacters() {
-  ShowText();
-  search_->FocusCharacters();
 }
 
 void MainWindow::Refresh() {
@@ -257,6 +281,12 @@ void MainWindow::Refresh() {
   picture_->SetBackground(backgroundColour);
   picture_->Show(view);
   zoom_->Show(view, backgroundColour);
+  if (!view.hasSet) {
+    textSwitch_->setChecked(false);
+    // Else it would go from the list to what happens to be usable without one.
+    setFocus();
+  }
+  textSwitch_->setEnabled(view.hasSet);
   ocr_->Show(view, editor_.Busy());
   navigator_->Show(view);
   video_->Show(view.video, editor_.Busy());
@@ -270,7 +300,6 @@ void MainWindow::Refresh() {
   for (const auto& [command, button] : buttons_) {
     button->setEnabled(editor_.Enabled(FindCommandById(command)));
   }
-  saveInfo_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kSaveInfoText)));
   menus_->Update();
   ShowStatus();
 }
@@ -311,8 +340,11 @@ void MainWindow::EndJob() {
   progress_->End();
   setAcceptDrops(true);
   Refresh();
-  QWidget* const focus = focusBeforeJob_ && focusBeforeJob_ != this ? focusBeforeJob_ : navigator_;
-  focus->setFocus();
+  if (focusBeforeJob_ && focusBeforeJob_ != this) {
+    focusBeforeJob_->setFocus();
+  } else {
+    navigator_->TakeFocus();
+  }
   if (closeAfterJob_) QTimer::singleShot(0, this, &MainWindow::close);
   closeAfterJob_ = false;
 }

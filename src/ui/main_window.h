@@ -9,11 +9,11 @@
 #include "editor/command_table.h"
 
 class QAction;
-class QGridLayout;
 class QLabel;
+class QMenu;
 class QPushButton;
 class QSplitter;
-class QTabWidget;
+class QToolButton;
 
 namespace quillomar {
 
@@ -36,6 +36,7 @@ class SearchPanel;
 class SelectorPanel;
 class TimePanel;
 class VideoPanel;
+class ZoomChooser;
 class ZoomWindow;
 
 // The editor's window.
@@ -65,16 +66,15 @@ class MainWindow final : public QMainWindow {
 
   [[nodiscard]] QWidget* MakePictureSide();
   [[nodiscard]] QWidget* MakeTextSide();
-  [[nodiscard]] QTabWidget* MakeTabs();
-  [[nodiscard]] QGridLayout* MakeButtons();
+  [[nodiscard]] QWidget* MakeTextRow();
+  [[nodiscard]] QWidget* MakeButtons();
   [[nodiscard]] QWidget* MakeEditStrip();
   [[nodiscard]] QPushButton* MakeCommandButton(CommandId command, const QString& text,
                                                const QString& objectName, const QString& toolTip);
   void AddContextMenu();
+  void OrderParts();
   void MakeStatusBar();
   void ConnectFrontEnd(QtFrontEnd& frontEnd);
-  void ShowText();
-  void FocusCharacters();
   void Refresh();
   void ShowVideo();
   void ShowStatus();
@@ -92,24 +92,27 @@ class MainWindow final : public QMainWindow {
   ListNavigator* navigator_;
   SelectorPanel* selectors_;
   SearchPanel* search_;
-  QTabWidget* tabs_ = nullptr;
   InfoPane* info_;
   LookPanel* look_;
   PlacePanel* place_;
   TimePanel* time_;
   ZoomWindow* zoom_;
+  ZoomChooser* zoomChooser_;
   ScreenModeChooser* screenMode_;
   PreferencesDialog* preferences_;
   ApplyAllDialog* applyAll_;
   RetimeDialog* retime_;
   std::vector<CommandButton> buttons_;
-  QAction* saveInfo_ = nullptr;
+  QMenu* commandDisplay_;
   QLabel* videoStatus_ = nullptr;
   QLabel* listStatus_ = nullptr;
   CommandMenus* menus_ = nullptr;
   KeyFilter* keys_;
   ProgressWindow* progress_;
-  QTimer timer_;  // runs while a job does
+  QToolButton* textSwitch_ = nullptr;
+  QWidget* textRow_ = nullptr;      // the buttons about text
+  QWidget* unitButtons_ = nullptr;  // saving, reloading, applying
+  QTimer timer_;                    // runs while a job does
   QPointer<QWidget> focusBeforeJob_;
   QPointer<QWidget> focusBeforeTool_;
   bool closeAfterJob_ = false;

@@ -5,12 +5,11 @@
 
 namespace quillomar {
 
-QSpinBox* MakeNumberBox(int smallest, int largest, bool buttons, QWidget* parent) {
+QSpinBox* MakeNumberBox(int smallest, int largest, QWidget* parent) {
   auto* const box = new QSpinBox(parent);
   box->setRange(smallest, largest);
   box->setKeyboardTracking(false);
   box->setAlignment(Qt::AlignRight);
-  if (!buttons) box->setButtonSymbols(QAbstractSpinBox::NoButtons);
   return box;
 }
 

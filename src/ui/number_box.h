@@ -5,9 +5,8 @@
 
 namespace quillomar {
 
-// A number that counts when it is typed whole, not digit by digit. `buttons`: with arrows at its
-// side.
-[[nodiscard]] QSpinBox* MakeNumberBox(int smallest, int largest, bool buttons, QWidget* parent);
+// A number that counts when it is typed whole, not digit by digit.
+[[nodiscard]] QSpinBox* MakeNumberBox(int smallest, int largest, QWidget* parent);
 
 // Shows a number without taking it for the user's. The range grows to hold it.
 void ShowNumber(QSpinBox& box, int number);

@@ -18,7 +18,7 @@
 namespace quillomar {
 namespace {
 
-constexpr int kShownLines = 4;
+constexpr int kShownLines = 3;
 constexpr int kMarkOpacity = 110;  // of 255
 
 QString TextOf(const TextView& view, std::vector<int>& places) {
@@ -45,28 +45,27 @@ OcrPanel::OcrPanel(Editor& editor, PictureView& picture, QWidget* parent)
       editor_(editor),
       boxes_(new TextBoxOverlay(picture)),
       text_(new QPlainTextEdit(this)),
-      ocr_(new QPushButton("OCR all", this)),
       erase_(new QPushButton("Erase", this)),
       doubtful_(new QPushButton("Next doubtful", this)),
       saved_(new QCheckBox("Saved", this)),
       correction_(new QLineEdit(this)),
       correct_(new QPushButton("Correct", this)) {
-  setObjectName("ocrPanel");
-  NameControl(*text_, "ocrText", "Recognized text", {});
+  NameControls();
   text_->setReadOnly(true);
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  text_->setMinimumHeight(kShownLines * text_->fontMetrics().lineSpacing() +
-                          2 * text_->frameWidth() +
-                          static_cast<int>(2 * text_->document()->documentMargin()));
+  text_->setTabChangesFocus(true);
+  text_->setFixedHeight(kShownLines * text_->fontMetrics().lineSpacing() + 2 * text_->frameWidth() +
+                        static_cast<int>(2 * text_->document()->documentMargin()));
   text_->installEventFilter(this);
   KeepKeys(*text_, KeptKeys::kText);
   auto* const layout = new QGridLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(text_, 0, 0, 1, 2);
-  layout->setRowStretch(0, 1);
+  layout->setColumnStretch(0, 1);
+  layout->addWidget(text_, 0, 0, 2, 1);
   AddButtons(*layout);
   AddCorrection(*layout);
-  OrderTabs({text_, ocr_, saved_, erase_, doubtful_, correction_, correct_});
+  OrderTabs({text_, erase_, doubtful_, saved_, correction_, correct_});
+  hide();
   connect(text_, &QPlainTextEdit::selectionChanged, this, &OcrPanel::TakeSelection);
   connect(boxes_, &TextBoxOverlay::Chosen, this, [this](BoxRange range) {
     emit TextWanted();
@@ -75,40 +74,41 @@ OcrPanel::OcrPanel(Editor& editor, PictureView& picture, QWidget* parent)
   });
 }
 
-void OcrPanel::AddButtons(QGridLayout& layout) {
-  NameControl(*ocr_, "ocrButton", "OCR all",
-              "Run Optical Character Recognition on selected subpics");
+void OcrPanel::NameControls() {
+  setObjectName("ocrPanel");
+  NameControl(*text_, "ocrText", "Recognized text", {});
   NameControl(*erase_, "eraseTextButton", "Erase selected text",
               "Erase selected text from OCR output and bitmap. (shortcut: Del or Backspace or "
               "Ctlr-X)");
   NameControl(*doubtful_, "nextDoubtfulButton", "Next doubtful character",
               "Go to the next doubtful or unknown character (F4)");
   NameControl(*saved_, "savedText", "OCR of saved subtitle", "Show OCR of saved subtitle");
-  const auto runs = [this](QPushButton* button, CommandId command) {
-    connect(button, &QPushButton::clicked, this, [this, command] { editor_.Run(command); });
-  };
-  runs(ocr_, CommandId::kOcrSelected);
-  runs(erase_, CommandId::kEraseOcrText);
-  runs(doubtful_, CommandId::kNextDoubtful);
-  connect(saved_, &QCheckBox::toggled, this, [this](bool on) { editor_.ShowSavedText(on); });
-  layout.addWidget(ocr_, 1, 0);
-  layout.addWidget(saved_, 1, 1);
-  layout.addWidget(erase_, 2, 0);
-  layout.addWidget(doubtful_, 2, 1);
-}
-
-void OcrPanel::AddCorrection(QGridLayout& layout) {
   NameControl(*correction_, "correction", "Correction",
               "What the selected characters should be. The glyph is remembered, here and on other "
               "discs.");
-  correction_->setPlaceholderText("Correction");
-  correction_->installEventFilter(this);
   NameControl(*correct_, "correctButton", "Correct",
               "Correct the selected characters, and all that look like them if you want");
+}
+
+void OcrPanel::AddButtons(QGridLayout& layout) {
+  const auto runs = [this](QPushButton* button, CommandId command) {
+    connect(button, &QPushButton::clicked, this, [this, command] { editor_.Run(command); });
+  };
+  runs(erase_, CommandId::kEraseOcrText);
+  runs(doubtful_, CommandId::kNextDoubtful);
+  connect(saved_, &QCheckBox::toggled, this, [this](bool on) { editor_.ShowSavedText(on); });
+  layout.addWidget(erase_, 0, 1);
+  layout.addWidget(doubtful_, 0, 2);
+  layout.addWidget(saved_, 0, 3);
+}
+
+void OcrPanel::AddCorrection(QGridLayout& layout) {
+  correction_->setPlaceholderText("Correction");
+  correction_->installEventFilter(this);
   connect(correction_, &QLineEdit::returnPressed, this, &OcrPanel::Correct);
   connect(correct_, &QPushButton::clicked, this, &OcrPanel::Correct);
-  layout.addWidget(correction_, 3, 0);
-  layout.addWidget(correct_, 3, 1);
+  layout.addWidget(correction_, 1, 1, 1, 2);
+  layout.addWidget(correct_, 1, 3);
 }
 
 void OcrPanel::Show(const View& view, bool busy) {
@@ -119,7 +119,6 @@ void OcrPanel::Show(const View& view, bool busy) {
   const auto enable = [this](QPushButton* button, CommandId command) {
     button->setEnabled(editor_.Enabled(FindCommandById(command)));
   };
-  enable(ocr_, CommandId::kOcrSelected);
   enable(doubtful_, CommandId::kNextDoubtful);
   const bool hasBoxes = !busy && !view.text.characters.empty();
   erase_->setEnabled(hasBoxes);

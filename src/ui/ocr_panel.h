@@ -20,7 +20,7 @@ class TextBoxOverlay;
 struct View;
 
 // The recognised text of the current subpicture, with what can be done to it. Characters selected
-// in the text are shown on the picture, and the other way round.
+// in the text are shown on the picture, and the other way round. Hidden until there is a text.
 class OcrPanel final : public QWidget {
   Q_OBJECT
 
@@ -37,6 +37,7 @@ class OcrPanel final : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void NameControls();
   void AddButtons(QGridLayout& layout);
   void AddCorrection(QGridLayout& layout);
   void ShowText(const TextView& text);
@@ -49,7 +50,6 @@ class OcrPanel final : public QWidget {
   Editor& editor_;
   TextBoxOverlay* boxes_;
   QPlainTextEdit* text_;
-  QPushButton* ocr_;
   QPushButton* erase_;
   QPushButton* doubtful_;
   QCheckBox* saved_;

@@ -2,7 +2,6 @@
 
 #include <QKeyEvent>
 #include <QPainter>
-#include <QStyleOptionFocusRect>
 #include <algorithm>
 
 #include "ui/control_names.h"
@@ -100,14 +99,6 @@ void PictureView::paintEvent(QPaintEvent* /*event*/) {
   painter.setClipRect(target);
   PaintFrame(painter, target);
   if (!picture_.isNull()) PaintPicture(painter, target);
-  if (hasFocus()) PaintFocus(painter);
-}
-
-void PictureView::PaintFocus(QPainter& painter) const {
-  QStyleOptionFocusRect option;
-  option.initFrom(this);
-  painter.setClipping(false);
-  style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
 }
 
 void PictureView::keyPressEvent(QKeyEvent* event) {

@@ -36,7 +36,6 @@ class PictureView final : public QWidget {
   void ShowFrame(const VideoView& video);
   void PaintFrame(QPainter& painter, const QRectF& target) const;
   void PaintPicture(QPainter& painter, const QRectF& target) const;
-  void PaintFocus(QPainter& painter) const;
 
   QSize frame_{kPictureWidth, 480};  // pixels, lines
   ScreenMode screenMode_ = ScreenMode::k4x3;

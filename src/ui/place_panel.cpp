@@ -1,5 +1,6 @@
 #include "ui/place_panel.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -7,27 +8,31 @@
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QSpinBox>
-#include <QToolButton>
 
 #include "dvd/video_standard.h"
 #include "editor/editor.h"
 #include "settings/preferences.h"
 #include "ui/control_names.h"
 #include "ui/number_box.h"
-#include "ui/step_button.h"
 
 namespace quillomar {
 namespace {
 
-constexpr int kMostLines = 600;
+// Sliders for moves; their middle is where the subpicture was found.
+constexpr int kVerticalSteps = 1200;
+constexpr int kHorizontalSteps = 1000;
 constexpr int kMostPixels = kPictureWidth;
 constexpr int kHighestBorder = 120;
+constexpr int kPage = 10;
 constexpr const char* kVerticalTip = "Moves the subpic currently displayed up and down";
 constexpr const char* kHorizontalTip =
     "Moves subpic left or right. If disabled, crop the background (button below).";
 constexpr const char* kBorderTip =
     "Adjusts the vertical margin between subtitles and image borders. Only available if there are "
     "no buttons";
+
+enum Row { kVerticalRow, kHorizontalRow, kCropRow, kBorderRow, kPresetRow };
+enum Column { kLabelColumn, kSliderColumn, kNumberColumn, kColumns };
 
 // The presets in their order, then what matches none.
 const QStringList& PresetNames() {
@@ -38,16 +43,18 @@ const QStringList& PresetNames() {
 }
 constexpr int kCustom = kBorderPresets + 1;
 
-QLabel* MakeLabel(const QString& text, QWidget& buddy) {
-  auto* const label = new QLabel(text, buddy.parentWidget());
-  label->setBuddy(&buddy);
-  return label;
+void AddRow(QGridLayout& layout, Row row, const QString& text, QSlider& slider, QSpinBox& number) {
+  auto* const label = new QLabel(text, number.parentWidget());
+  label->setBuddy(&number);
+  layout.addWidget(label, row, kLabelColumn);
+  layout.addWidget(&slider, row, kSliderColumn);
+  layout.addWidget(&number, row, kNumberColumn);
 }
 
-QHBoxLayout* InRow(std::initializer_list<QWidget*> widgets) {
-  auto* const row = new QHBoxLayout;
-  for (QWidget* const widget : widgets) row->addWidget(widget);
-  return row;
+void ShowMove(QSlider& slider, QSpinBox& number, int move) {
+  const QSignalBlocker blocker(&slider);
+  slider.setValue(move + slider.maximum() / 2);
+  ShowNumber(number, move);
 }
 
 }  // namespace
@@ -55,63 +62,77 @@ QHBoxLayout* InRow(std::initializer_list<QWidget*> widgets) {
 PlacePanel::PlacePanel(Editor& editor, QWidget* parent)
     : QGroupBox("Position and borders", parent),
       editor_(editor),
-      up_(MakeNumberBox(-kMostLines, kMostLines, false, this)),
-      right_(MakeNumberBox(-kMostPixels, kMostPixels, false, this)),
-      flush_(new QPushButton("Flush to border", this)),
+      upSlider_(new QSlider(Qt::Horizontal, this)),
+      up_(MakeNumberBox(-kVerticalSteps / 2, kVerticalSteps / 2, this)),
+      rightSlider_(new QSlider(Qt::Horizontal, this)),
+      right_(MakeNumberBox(-kMostPixels, kMostPixels, this)),
+      flush_(new QCheckBox("Flush to border", this)),
       crop_(new QPushButton("Crop bac&kground", this)),
       borderSlider_(new QSlider(Qt::Horizontal, this)),
-      border_(MakeNumberBox(0, kHighestBorder, true, this)),
+      border_(MakeNumberBox(0, kHighestBorder, this)),
       presets_(new QComboBox(this)) {
   setObjectName("placePanel");
-  NameControl(*flush_, "flush", "Flush to border",
-              "Moves subpic flush with the nearest border, if borders are used");
-  NameControl(*crop_, "cropButton", "Crop background",
-              "Crop subpic background to allow adjustment of horizontal position in all cases.");
-  connect(flush_, &QPushButton::clicked, this, [this] { editor_.FlushToBorder(); });
-  connect(crop_, &QPushButton::clicked, this, [this] { editor_.Run(CommandId::kCrop); });
   auto* const layout = new QGridLayout(this);
-  layout->addLayout(MakeVertical(), 0, 0);
-  layout->addLayout(MakeHorizontal(), 0, 1);
-  layout->addWidget(flush_, 1, 0);
-  layout->addWidget(crop_, 1, 1);
+  layout->setColumnStretch(kSliderColumn, 1);
+  AddVertical(*layout);
+  AddHorizontal(*layout);
+  AddFlushAndCrop(*layout);
   AddBorder(*layout);
   AddPresets(*layout);
-  OrderTabs(vertical_ + horizontal_ +
-            QList<QWidget*>{flush_, crop_, borderSlider_, border_, presets_});
+  OrderTabs(
+      {upSlider_, up_, rightSlider_, right_, flush_, crop_, borderSlider_, border_, presets_});
 }
 
 int PlacePanel::Step() const {
   return editor_.Context().preferences.forceEvenMoves != 0 ? 2 : 1;
 }
 
-QHBoxLayout* PlacePanel::MakeVertical() {
-  auto* const higher = MakeStepButton(Qt::UpArrow, "moveUp", "Move up", kVerticalTip, this);
-  auto* const lower = MakeStepButton(Qt::DownArrow, "moveDown", "Move down", kVerticalTip, this);
-  NameControl(*up_, "linesUp", "Lines up", "Enter amount to move the subpic here.");
-  connect(higher, &QToolButton::clicked, this, [this] { up_->setValue(up_->value() + Step()); });
-  connect(lower, &QToolButton::clicked, this, [this] { up_->setValue(up_->value() - Step()); });
-  connect(up_, &QSpinBox::valueChanged, this, [this](int lines) { editor_.MoveVertically(lines); });
-  vertical_ = {higher, lower, up_};
-  return InRow({MakeLabel("&Up:", *up_), higher, lower, up_});
+void PlacePanel::ConnectMove(QSlider& slider, QSpinBox& number,
+                             const std::function<void(int)>& move) {
+  connect(&slider, &QSlider::sliderPressed, this, [this] { editor_.BeginDrag(); });
+  connect(&slider, &QSlider::valueChanged, this,
+          [&slider, move](int value) { move(value - slider.maximum() / 2); });
+  connect(&slider, &QSlider::sliderReleased, this, [this] { editor_.EndDrag(); });
+  connect(&number, &QSpinBox::valueChanged, this, move);
 }
 
-QHBoxLayout* PlacePanel::MakeHorizontal() {
-  auto* const left = MakeStepButton(Qt::LeftArrow, "moveLeft", "Move left", kHorizontalTip, this);
-  auto* const right =
-      MakeStepButton(Qt::RightArrow, "moveRight", "Move right", kHorizontalTip, this);
+void PlacePanel::AddVertical(QGridLayout& layout) {
+  upSlider_->setRange(0, kVerticalSteps);
+  upSlider_->setPageStep(kPage);
+  NameControl(*upSlider_, "linesUpSlider", "Lines up, from 600 lines below where it was found",
+              kVerticalTip);
+  NameControl(*up_, "linesUp", "Lines up", "Enter amount to move the subpic here.");
+  ConnectMove(*upSlider_, *up_, [this](int lines) { editor_.MoveVertically(lines); });
+  AddRow(layout, kVerticalRow, "&Up:", *upSlider_, *up_);
+}
+
+void PlacePanel::AddHorizontal(QGridLayout& layout) {
+  rightSlider_->setRange(0, kHorizontalSteps);
+  rightSlider_->setPageStep(kPage);
+  NameControl(*rightSlider_, "pixelsRightSlider",
+              "Pixels right, from 500 pixels left of where it was found", kHorizontalTip);
   NameControl(*right_, "pixelsRight", "Pixels right", kHorizontalTip);
-  connect(left, &QToolButton::clicked, this, [this] { right_->setValue(right_->value() - 1); });
-  connect(right, &QToolButton::clicked, this, [this] { right_->setValue(right_->value() + 1); });
-  connect(right_, &QSpinBox::valueChanged, this,
-          [this](int pixels) { editor_.MoveHorizontally(pixels); });
-  horizontal_ = {left, right, right_};
-  return InRow({MakeLabel("Ri&ght:", *right_), left, right, right_});
+  ConnectMove(*rightSlider_, *right_, [this](int pixels) { editor_.MoveHorizontally(pixels); });
+  AddRow(layout, kHorizontalRow, "Ri&ght:", *rightSlider_, *right_);
+}
+
+void PlacePanel::AddFlushAndCrop(QGridLayout& layout) {
+  NameControl(*flush_, "flush", "Flush to border",
+              "Moves subpic flush with the nearest border, if borders are used");
+  NameControl(*crop_, "cropButton", "Crop background",
+              "Crop subpic background to allow adjustment of horizontal position in all cases.");
+  connect(flush_, &QCheckBox::toggled, this, [this](bool on) { editor_.FlushToBorder(on); });
+  connect(crop_, &QPushButton::clicked, this, [this] { editor_.Run(CommandId::kCrop); });
+  auto* const row = new QHBoxLayout;
+  row->addWidget(flush_);
+  row->addWidget(crop_, 1);
+  layout.addLayout(row, kCropRow, kLabelColumn, 1, kColumns);
 }
 
 // A border that is too high is refused with a message, so dragging applies it only at its end.
 void PlacePanel::AddBorder(QGridLayout& layout) {
   borderSlider_->setRange(0, kHighestBorder);
-  borderSlider_->setPageStep(10);
+  borderSlider_->setPageStep(kPage);
   borderSlider_->setTracking(false);
   NameControl(*borderSlider_, "borderSlider", "Border", kBorderTip);
   NameControl(*border_, "border", "Border in lines", kBorderTip);
@@ -120,11 +141,7 @@ void PlacePanel::AddBorder(QGridLayout& layout) {
   connect(borderSlider_, &QSlider::valueChanged, this,
           [this](int lines) { editor_.SetBorder(lines); });
   connect(border_, &QSpinBox::valueChanged, this, [this](int lines) { editor_.SetBorder(lines); });
-  auto* const row = new QHBoxLayout;
-  row->addWidget(MakeLabel("&Border:", *border_));
-  row->addWidget(borderSlider_, 1);
-  row->addWidget(border_);
-  layout.addLayout(row, 2, 0, 1, 2);
+  AddRow(layout, kBorderRow, "&Border:", *borderSlider_, *border_);
 }
 
 void PlacePanel::AddPresets(QGridLayout& layout) {
@@ -137,18 +154,20 @@ void PlacePanel::AddPresets(QGridLayout& layout) {
     if (preset == kCustom) border_->setFocus();
     Show(editor_.CurrentView(), editor_.Busy());
   });
-  layout.addWidget(presets_, 3, 0, 1, 2);
+  layout.addWidget(presets_, kPresetRow, kLabelColumn, 1, kColumns);
 }
 
 void PlacePanel::Show(const View& view, bool busy) {
   const bool changeable = view.canEdit && !busy;
   const PlaceView& place = view.place;
-  ShowNumber(*up_, place.up);
+  ShowMove(*upSlider_, *up_, place.up);
+  ShowMove(*rightSlider_, *right_, place.right);
   up_->setSingleStep(Step());
-  ShowNumber(*right_, place.right);
-  for (QWidget* const control : std::as_const(vertical_)) control->setEnabled(changeable);
-  for (QWidget* const control : std::as_const(horizontal_))
-    control->setEnabled(changeable && place.canMoveRight);
+  upSlider_->setSingleStep(Step());
+  up_->setEnabled(changeable);
+  upSlider_->setEnabled(changeable);
+  right_->setEnabled(changeable && place.canMoveRight);
+  rightSlider_->setEnabled(changeable && place.canMoveRight);
   crop_->setEnabled(changeable);
   ShowBorder(view.hasUnit ? place : PlaceView{.borderPreset = 0}, changeable);
 }
@@ -156,14 +175,16 @@ void PlacePanel::Show(const View& view, bool busy) {
 void PlacePanel::ShowBorder(const PlaceView& place, bool changeable) {
   const QSignalBlocker sliderBlocker(borderSlider_);
   const QSignalBlocker presetBlocker(presets_);
+  const QSignalBlocker flushBlocker(flush_);
   const bool bordered = changeable && place.canHaveBorder;
   borderSlider_->setValue(place.border);
   ShowNumber(*border_, place.border);
   presets_->setCurrentIndex(place.borderPreset.value_or(kCustom));
-  borderSlider_->setEnabled(bordered);
-  border_->setEnabled(bordered);
-  presets_->setEnabled(bordered);
-  flush_->setEnabled(bordered && place.border > 0);
+  flush_->setChecked(place.flush);
+  for (QWidget* const control :
+       std::initializer_list<QWidget*>{borderSlider_, border_, presets_, flush_}) {
+    control->setEnabled(bordered);
+  }
 }
 
 }  // namespace quillomar

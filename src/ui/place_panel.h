@@ -1,17 +1,16 @@
 #pragma once
 
 #include <QGroupBox>
-#include <QList>
+#include <functional>
 
 #include "editor/view.h"
 
+class QCheckBox;
 class QComboBox;
 class QGridLayout;
-class QHBoxLayout;
 class QPushButton;
 class QSlider;
 class QSpinBox;
-class QToolButton;
 
 namespace quillomar {
 
@@ -28,8 +27,11 @@ class PlacePanel final : public QGroupBox {
   void Show(const View& view, bool busy);
 
  private:
-  [[nodiscard]] QHBoxLayout* MakeVertical();
-  [[nodiscard]] QHBoxLayout* MakeHorizontal();
+  // A slider and a number for the same move.
+  void ConnectMove(QSlider& slider, QSpinBox& number, const std::function<void(int)>& move);
+  void AddVertical(QGridLayout& layout);
+  void AddHorizontal(QGridLayout& layout);
+  void AddFlushAndCrop(QGridLayout& layout);
   void AddBorder(QGridLayout& layout);
   void AddPresets(QGridLayout& layout);
   void ShowBorder(const PlaceView& place, bool changeable);
@@ -37,15 +39,15 @@ class PlacePanel final : public QGroupBox {
   [[nodiscard]] int Step() const;
 
   Editor& editor_;
+  QSlider* upSlider_;
   QSpinBox* up_;
+  QSlider* rightSlider_;
   QSpinBox* right_;
-  QPushButton* flush_;
+  QCheckBox* flush_;
   QPushButton* crop_;
   QSlider* borderSlider_;
   QSpinBox* border_;
   QComboBox* presets_;
-  QList<QWidget*> vertical_;    // controls that move up and down
-  QList<QWidget*> horizontal_;  // left and right
 };
 
 }  // namespace quillomar

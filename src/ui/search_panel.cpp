@@ -1,11 +1,10 @@
 #include "ui/search_panel.h"
 
+#include <QBoxLayout>
 #include <QCheckBox>
-#include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QSignalBlocker>
 #include <QToolButton>
 
@@ -17,9 +16,6 @@
 namespace quillomar {
 namespace {
 
-enum Row { kSearchRow, kCharactersRow, kLastRow };
-enum Column { kLabelColumn, kBoxColumn, kPreviousColumn, kNextColumn };
-
 constexpr int kLongestText = 1023;  // characters
 
 }  // namespace
@@ -28,21 +24,18 @@ SearchPanel::SearchPanel(Editor& editor, QWidget* parent)
     : QWidget(parent),
       editor_(editor),
       text_(new QLineEdit(this)),
-      withText_(new QCheckBox("Only with words", this)),
-      withCharacters_(new QCheckBox("Only with any of:", this)),
-      characters_(new QLineEdit(this)),
-      srt_(new QPushButton("Save as .srt", this)) {
+      withText_(new QCheckBox("With words", this)),
+      withCharacters_(new QCheckBox("With any of:", this)),
+      characters_(new QLineEdit(this)) {
   setObjectName("searchPanel");
-  auto* const layout = new QGridLayout(this);
+  auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setColumnStretch(kBoxColumn, 1);
-  AddSearch(*layout);
-  AddCharacters(*layout);
-  AddSrt(*layout);
-  OrderTabs({text_, previous_, next_, withCharacters_, characters_, withText_, srt_});
+  layout->addLayout(MakeSearch());
+  layout->addLayout(MakeFilters());
+  OrderTabs({text_, previous_, next_, withText_, withCharacters_, characters_});
 }
 
-void SearchPanel::AddSearch(QGridLayout& layout) {
+QHBoxLayout* SearchPanel::MakeSearch() {
   NameControl(*text_, "searchText", "Search string", "Type search string");
   text_->setMaxLength(kLongestText);
   text_->installEventFilter(this);
@@ -58,33 +51,31 @@ void SearchPanel::AddSearch(QGridLayout& layout) {
   connect(next_, &QToolButton::clicked, this, [this] { editor_.Run(CommandId::kFindNext); });
   auto* const label = new QLabel("&Words:", this);
   label->setBuddy(text_);
-  layout.addWidget(label, kSearchRow, kLabelColumn);
-  layout.addWidget(text_, kSearchRow, kBoxColumn);
-  layout.addWidget(previous_, kSearchRow, kPreviousColumn);
-  layout.addWidget(next_, kSearchRow, kNextColumn);
+  auto* const row = new QHBoxLayout;
+  row->addWidget(label);
+  row->addWidget(text_, 1);
+  row->addWidget(previous_);
+  row->addWidget(next_);
+  return row;
 }
 
-void SearchPanel::AddCharacters(QGridLayout& layout) {
+QHBoxLayout* SearchPanel::MakeFilters() {
+  NameControl(*withText_, "withSearchText", "Only subpics with the search string",
+              "Only show subpics containing the search string");
   NameControl(*withCharacters_, "withCharacters", "Only subpics with these characters",
               "Only show subpics containing one of the following characters");
   NameControl(*characters_, "characters", "Characters to be found",
               "Type characters to be found in subpics");
   KeepKeys(*characters_, KeptKeys::kMoving);
-  connect(withCharacters_, &QCheckBox::toggled, this, &SearchPanel::FilterByCharacters);
-  connect(characters_, &QLineEdit::textChanged, this, &SearchPanel::FilterByCharacters);
-  layout.addWidget(withCharacters_, kCharactersRow, kLabelColumn);
-  layout.addWidget(characters_, kCharactersRow, kBoxColumn, 1, kNextColumn);
-}
-
-void SearchPanel::AddSrt(QGridLayout& layout) {
-  NameControl(*withText_, "withSearchText", "Only subpics with the search string",
-              "Only show subpics containing the search string");
   connect(withText_, &QCheckBox::toggled, this,
           [this](bool on) { editor_.FilterBySearchText(on); });
-  NameControl(*srt_, "saveSrtButton", "Save as .srt file", "Save subpics as .srt file");
-  connect(srt_, &QPushButton::clicked, this, [this] { editor_.Run(CommandId::kSaveSrt); });
-  layout.addWidget(withText_, kLastRow, kLabelColumn);
-  layout.addWidget(srt_, kLastRow, kBoxColumn, 1, kNextColumn);
+  connect(withCharacters_, &QCheckBox::toggled, this, &SearchPanel::FilterByCharacters);
+  connect(characters_, &QLineEdit::textChanged, this, &SearchPanel::FilterByCharacters);
+  auto* const row = new QHBoxLayout;
+  row->addWidget(withText_);
+  row->addWidget(withCharacters_);
+  row->addWidget(characters_, 1);
+  return row;
 }
 
 void SearchPanel::FilterByCharacters() {
@@ -119,7 +110,6 @@ void SearchPanel::Show(const View& view, bool busy) {
   for (QToolButton* const step : {previous_, next_}) {
     step->setEnabled(editor_.Enabled(FindCommandById(CommandId::kFindNext)));
   }
-  srt_->setEnabled(editor_.Enabled(FindCommandById(CommandId::kSaveSrt)));
   const ListFilter& filter = editor_.List().filter;
   const QSignalBlocker textBlocker(withText_);
   const QSignalBlocker charactersBlocker(withCharacters_);

@@ -5,16 +5,15 @@
 #include "editor/view.h"
 
 class QCheckBox;
-class QGridLayout;
+class QHBoxLayout;
 class QLineEdit;
-class QPushButton;
 class QToolButton;
 
 namespace quillomar {
 
 class Editor;
 
-// Finds subpictures by the text that was recognised in them, and writes that text to a file.
+// Finds subpictures by the text that was recognised in them.
 class SearchPanel final : public QWidget {
   Q_OBJECT
 
@@ -30,9 +29,8 @@ class SearchPanel final : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void AddSearch(QGridLayout& layout);
-  void AddCharacters(QGridLayout& layout);
-  void AddSrt(QGridLayout& layout);
+  [[nodiscard]] QHBoxLayout* MakeSearch();
+  [[nodiscard]] QHBoxLayout* MakeFilters();
   void FilterByCharacters();
 
   Editor& editor_;
@@ -42,7 +40,6 @@ class SearchPanel final : public QWidget {
   QCheckBox* withText_;
   QCheckBox* withCharacters_;
   QLineEdit* characters_;
-  QPushButton* srt_;
 };
 
 }  // namespace quillomar

@@ -3,7 +3,6 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QStyleOptionFocusRect>
 
 namespace quillomar {
 namespace {
@@ -38,15 +37,14 @@ void SwatchButton::paintEvent(QPaintEvent* /*event*/) {
   const QColor fill = colour_.isValid() ? colour_ : palette().color(QPalette::Button);
   painter.fillRect(area, fill);
   if (hatched_) painter.fillRect(area, QBrush(TextOn(fill), Qt::BDiagPattern));
-  painter.setPen(palette().color(QPalette::WindowText));
+  painter.setPen(Qt::black);
   painter.drawRect(area.adjusted(0, 0, -1, -1));
-  if (!hatched_ && colour_.isValid()) {
-    painter.setPen(TextOn(fill));
-    painter.drawText(area, Qt::AlignCenter, text());
-  }
-  if (!hasFocus()) return;
-  painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-  painter.drawRect(rect().adjusted(1, 1, -1, -1));
+  // So that a dark color in dark surroundings has an edge.
+  painter.setPen(palette().color(QPalette::Mid));
+  painter.drawRect(area.adjusted(-1, -1, 0, 0));
+  if (hatched_ || !colour_.isValid()) return;
+  painter.setPen(TextOn(fill));
+  painter.drawText(area, Qt::AlignCenter, text());
 }
 
 void SwatchButton::keyPressEvent(QKeyEvent* event) {

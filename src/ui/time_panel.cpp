@@ -25,7 +25,7 @@ constexpr const char* kDurationTip = "Adjusts the subpic duration";
 TimePanel::TimePanel(Editor& editor, QWidget* parent)
     : QGroupBox("Timing", parent),
       editor_(editor),
-      duration_(MakeNumberBox(kUnlimited.smallest, kUnlimited.largest, true, this)),
+      duration_(MakeNumberBox(kUnlimited.smallest, kUnlimited.largest, this)),
       durationSlider_(new QSlider(Qt::Horizontal, this)),
       infinite_(new QPushButton("Infinite", this)),
       start_(new QComboBox(this)),

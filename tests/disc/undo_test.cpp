@@ -57,7 +57,7 @@ class UndoTest : public testing::Test {
         [&] { program.MoveVertically(upTo(80) - 40); },
         [&] { program.MoveHorizontally(upTo(60) - 30); },
         [&] { program.SetBorder(upTo(60)); },
-        [&] { program.FlushToBorder(); },
+        [&] { program.FlushToBorder(upTo(1) != 0); },
         [&] { program.SetDuration(upTo(4000)); },
         [&] { program.MakeInfinite(); },
         [&] { program.SetForced(upTo(1) != 0); },

@@ -1,12 +1,9 @@
-// Changing the look of a subpicture, saving, stopping jobs and closing.
+// Changing the look of a subpicture, saving, closing.
 
-#include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
-#include <QLabel>
 #include <QSlider>
 
-#include "ui/progress_window.h"
 #include "ui/swatch_button.h"
 #include "ui/window_test.h"
 
@@ -21,14 +18,14 @@ class EditingTest : public WindowTest {
   // entry on and takes it. Returns the new entry.
   int ChangeColourByKeys() {
     const int before = Shown().swatches[kPattern].clutEntry.value_or(0);
-    Find<SwatchButton>("swatch1").setFocus();
-    Key(Qt::Key_Return);
+    KeyOn("swatch1", Qt::Key_Return);
     auto& popup = Find<QWidget>("clutPopup");
     EXPECT_TRUE(popup.isVisible());
     QTest::keyClick(popup.focusWidget(), before == 15 ? Qt::Key_Left : Qt::Key_Right);
     QTest::keyClick(popup.focusWidget(), Qt::Key_Return);
     return before == 15 ? 14 : before + 1;
   }
+  bool SaysModified() { return Shown().infoRtf.find("Modified") != std::string::npos; }
 };
 
 TEST_F(EditingTest, ColourAndTransparencyChangeWithTheControls) {
@@ -36,45 +33,29 @@ TEST_F(EditingTest, ColourAndTransparencyChangeWithTheControls) {
   const int entry = ChangeColourByKeys();
   EXPECT_EQ(Shown().swatches[kPattern].clutEntry, entry);
   EXPECT_EQ(Find<SwatchButton>("swatch1").text(), QString::number(entry));
-  EXPECT_NE(Shown().infoRtf.find("Modified"), std::string::npos);
+  EXPECT_TRUE(SaysModified());
 
   Find<QSlider>("transparency").setValue(6);
   EXPECT_EQ(Shown().swatches[kPattern].alpha, 6);
   EXPECT_EQ(Shown().textAlpha, 6);
   Find<QComboBox>("transparencyPixels").setCurrentIndex(1);
   EXPECT_EQ(Find<QSlider>("transparency").value(), Shown().swatches[0].alpha);
-  Find<QSlider>("transparency").setFocus();
-  Key(Qt::Key_PageUp);
+  KeyOn("transparency", Qt::Key_PageUp);
   EXPECT_EQ(Shown().swatches[0].alpha, 4);
   EXPECT_EQ(Shown().swatches[kPattern].alpha, 6);
-
   Key(Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(Shown().infoRtf.find("Modified"), std::string::npos);
-}
+  EXPECT_FALSE(SaysModified());
 
-TEST_F(EditingTest, ALetterShowsItsPixelsAlone) {
-  StartOnDisc();
   auto& letter = Find<QAbstractButton>("onlyType1");
   const auto all = Shown().picture.rgba;
   letter.click();
-  EXPECT_EQ(Shown().options.onlyType, 1);
   EXPECT_NE(Shown().picture.rgba, all);
   letter.click();
   EXPECT_FALSE(letter.isChecked());
   EXPECT_EQ(Shown().picture.rgba, all);
 }
 
-TEST_F(EditingTest, ShiftClickChangesTheClut) {
-  StartOnDisc();
-  dialogs_.colour = Rgb{16, 200, 32};
-  const auto before = Shown().swatches[kPattern].colour;
-  QTest::mouseClick(&Find<SwatchButton>("swatch1"), Qt::LeftButton, Qt::ShiftModifier);
-  EXPECT_EQ(dialogs_.questions, std::vector<std::string>{"Pick color for text pixel. "});
-  EXPECT_NE(Shown().swatches[kPattern].colour, before);
-  EXPECT_TRUE(TheEditor().Doc().Modified());
-}
-
-TEST_F(EditingTest, OneKeyTakesADragBackAndAnotherDoesItAgain) {
+TEST_F(EditingTest, OneKeyTakesADragOrAClutEntryBackAndAnotherDoesItAgain) {
   StartOnDisc();
   auto& slider = Find<QSlider>("transparency");
   const int before = slider.value();
@@ -89,7 +70,11 @@ TEST_F(EditingTest, OneKeyTakesADragBackAndAnotherDoesItAgain) {
   EXPECT_EQ(slider.value(), 9);
 
   dialogs_.colour = Rgb{16, 200, 32};
+  const auto colour = Shown().swatches[kPattern].colour;
   QTest::mouseClick(&Find<SwatchButton>("swatch1"), Qt::LeftButton, Qt::ShiftModifier);
+  EXPECT_EQ(dialogs_.questions, std::vector<std::string>{"Pick color for text pixel. "});
+  EXPECT_NE(Shown().swatches[kPattern].colour, colour);
+  EXPECT_TRUE(TheEditor().Doc().Modified());
   Key(Qt::Key_Backspace, Qt::AltModifier);
   Key(Qt::Key_Backspace, Qt::AltModifier);
   EXPECT_FALSE(TheEditor().Doc().Modified());
@@ -104,7 +89,7 @@ TEST_F(EditingTest, SavedColoursAreThereAfterANewStart) {
   EXPECT_EQ(FileBytes(disc_->Path("VTS_01_1.VOB")), before);
 
   dialogs_.agrees = true;
-  Find<QAbstractButton>("saveAllButton").click();
+  Press("saveAllButton");
   WaitForIdle();
   EXPECT_FALSE(TheEditor().Doc().Modified());
   EXPECT_NE(FileBytes(disc_->Path("VTS_01_1.VOB")), before);
@@ -117,67 +102,23 @@ TEST_F(EditingTest, SavedColoursAreThereAfterANewStart) {
   EXPECT_TRUE(dialogs_.errors.empty());
 }
 
-TEST_F(EditingTest, EscapeStopsAScan) {
-  files_.gate.Close();
-  Start({disc_->Path("VTS_01_1.VOB")});
-  EXPECT_TRUE(Window().Progress().isVisible());
-  EXPECT_EQ(Window().Progress().windowTitle(), "Scanning VOB file(s)");
-  EXPECT_FALSE(Window().acceptDrops());
-  EXPECT_FALSE(Find<QAbstractButton>("saveAllButton").isEnabled());
-  Key(Qt::Key_Escape);
-  files_.gate.Open();
-  WaitForIdle();
-  EXPECT_FALSE(Window().Progress().isVisible());
-  EXPECT_TRUE(Window().acceptDrops());
-  EXPECT_EQ(Shown().count, 0);
-}
-
-TEST_F(EditingTest, ClosingDuringAScanWaitsForItsEnd) {
-  files_.gate.Close();
-  Start({disc_->Path("VTS_01_1.VOB")});
-  Window().close();
-  EXPECT_TRUE(Window().isVisible());
-  files_.gate.Open();
-  WaitFor([this] { return !Window().isVisible(); });
-  EXPECT_FALSE(TheEditor().Busy());
-}
-
-TEST_F(EditingTest, UnsavedChangesAskBeforeClosing) {
+TEST_F(EditingTest, UnsavedChangesAskBeforeClosingAndTheWindowComesBackWhereItWas) {
   StartOnDisc();
   ChangeColourByKeys();
+  Window().resize(1100, 760);
   Window().close();
   EXPECT_TRUE(Window().isVisible());
-  EXPECT_TRUE(FileBytes(SettingsPath()).empty());
-  ASSERT_EQ(dialogs_.questions.size(), 1U);
-  EXPECT_EQ(dialogs_.questions[0],
-            "You have modified some of the subpics or some of the CLUTs... \n"
-            "Do you want to close without saving?");
+  EXPECT_FALSE(Saved("="));
+  EXPECT_EQ(
+      dialogs_.questions,
+      std::vector<std::string>{"You have modified some of the subpics or some of the CLUTs... \n"
+                               "Do you want to close without saving?"});
   dialogs_.agrees = true;
   TheEditor().Run(CommandId::kExit);
   EXPECT_FALSE(Window().isVisible());
-  const Bytes settings = FileBytes(SettingsPath());
-  const std::string text(settings.begin(), settings.end());
-  EXPECT_NE(text.find("MainWindowPos="), std::string::npos);
-}
-
-TEST_F(EditingTest, TheWindowComesBackWhereItWas) {
-  Start({});
-  Window().resize(1100, 760);
-  Window().close();
   program_.reset();
   Start({});
   EXPECT_EQ(Window().size(), QSize(1100, 760));
-}
-
-TEST_F(EditingTest, AWorkersMessageIsShownByTheWindowsThread) {
-  Start({});
-  QtJobRunner runner;
-  bool finished = false;
-  runner.Run([this] { TheEditor().Context().reporter.ReportError("from the worker"); },
-             [&] { finished = true; });
-  WaitFor([&] { return finished; });
-  EXPECT_EQ(dialogs_.errors, std::vector<std::string>{"from the worker"});
-  EXPECT_EQ(dialogs_.errorThread, std::this_thread::get_id());
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
-// Subpictures as files of their own: bitmaps, the external editor, .sup files.
+// Subpictures as files of their own: bitmaps, the external editor, .sup files, texts.
 
-#include <QAction>
 #include <QComboBox>
-#include <QMimeData>
+#include <QMenu>
+#include <QTextEdit>
 #include <QTimer>
 #include <fstream>
 
@@ -17,8 +17,6 @@ constexpr int kLong = 2;
 
 class ExchangeTest : public WindowTest {
  protected:
-  Preferences& Settings() { return TheEditor().Context().preferences; }
-
   // Saves the current subpicture and gives the file's first two bytes.
   std::string SavedAs(const std::string& name, int filter) {
     dialogs_.files = {disc_->Path(name)};
@@ -64,14 +62,13 @@ class ExchangeTest : public WindowTest {
   }
 };
 
-TEST_F(ExchangeTest, BitmapsAreSavedInTheChosenFormatAndTakenBack) {
+TEST_F(ExchangeTest, BitmapsAreSavedTakenBackAndEditedWithATool) {
   StartOnDisc();
   Settings().warnOnBitmapImport = 0;
   TheEditor().GoTo(kShort);
-  EXPECT_EQ(SavedAs("short.bmp", 1), "BM");
   EXPECT_EQ(SavedAs("short.ppm", 2), "P6");
   EXPECT_EQ(Settings().bitmapSaveType, 2);
-  EXPECT_EQ(dialogs_.requests.back().title, "Save subpic as bitmap file");
+  EXPECT_EQ(SavedAs("short.bmp", 1), "BM");
   EXPECT_TRUE(dialogs_.requests.back().forSaving);
   const SubpicturePicture other = Shown().picture;
   TheEditor().GoTo(kLong);
@@ -79,16 +76,8 @@ TEST_F(ExchangeTest, BitmapsAreSavedInTheChosenFormatAndTakenBack) {
   TheEditor().Run(CommandId::kReplaceBitmap);
   ExpectLike(other);
   EXPECT_NE(Shown().infoRtf.find("Modified"), std::string::npos);
-  EXPECT_TRUE(dialogs_.errors.empty());
-}
 
-TEST_F(ExchangeTest, TheExternalEditorsBitmapComesBack) {
-  StartOnDisc();
-  Settings().warnOnBitmapImport = 0;
-  TheEditor().GoTo(kShort);
-  EXPECT_EQ(SavedAs("short.bmp", 0), "BM");
-  const SubpicturePicture other = Shown().picture;
-  TheEditor().GoTo(kLong);
+  Key(Qt::Key_Z, Qt::ControlModifier);
   Settings().bitmapToolPath = MakeTool();
   Settings().bitmapToolArguments = "\"two words\"";
   std::ofstream(disc_->Path("wait")) << "until the window was tried";
@@ -99,18 +88,12 @@ TEST_F(ExchangeTest, TheExternalEditorsBitmapComesBack) {
   EXPECT_EQ(Shown().index, kLong);
   ExpectLike(other);
   EXPECT_TRUE(dialogs_.errors.empty());
-}
 
-TEST_F(ExchangeTest, AToolThatCannotBeStartedIsReported) {
-  StartOnDisc();
-  Settings().warnOnBitmapImport = 0;
   Settings().bitmapToolPath = disc_->Path("no such tool");
-  const auto before = Shown().picture.rgba;
   TheEditor().Run(CommandId::kEditBitmap);
   ASSERT_EQ(dialogs_.errors.size(), 1U);
   EXPECT_NE(dialogs_.errors[0].find("no such tool"), std::string::npos);
   EXPECT_TRUE(Window().isEnabled());
-  EXPECT_EQ(Shown().picture.rgba, before);
 }
 
 TEST_F(ExchangeTest, AStreamIsSavedAsSupAndOpenedAgain) {
@@ -126,10 +109,11 @@ TEST_F(ExchangeTest, AStreamIsSavedAsSupAndOpenedAgain) {
   Key(Qt::Key_U, Qt::ControlModifier);
   EXPECT_EQ(Window().windowTitle().toStdString(), sup);
   EXPECT_EQ(Shown().count, vob.count);
-  EXPECT_FALSE(Find<QComboBox>("clutChoice").isEnabled());
+  EXPECT_FALSE(IsEnabled("clutChoice"));
   dialogs_.files = {disc_->Path("VTS_01_0.IFO")};
   dialogs_.item = 0;
   Key(Qt::Key_J, Qt::ControlModifier);
+  EXPECT_EQ(dialogs_.requests.back().folder, disc_->Path(""));
   EXPECT_EQ(Shown().picture.rgba, vob.picture.rgba);
   Window().close();
   program_.reset();
@@ -140,14 +124,15 @@ TEST_F(ExchangeTest, AStreamIsSavedAsSupAndOpenedAgain) {
   EXPECT_EQ(dialogs_.errors.size(), 1U);
 }
 
-TEST_F(ExchangeTest, TheInformationPanesMenuSavesTheInformationOfAll) {
-  Start({});
-  QAction& save = *Find<QWidget>("infoPane").actions().front();
-  EXPECT_EQ(save.text(), "Save all subpic info as text file");
-  EXPECT_FALSE(save.isEnabled());
+TEST_F(ExchangeTest, ARightClickOnTheInformationSavesThatOfAll) {
   StartOnDisc();
+  auto& menu = Find<QMenu>("commandDisplayMenu");
+  emit Find<QTextEdit>("infoPane").customContextMenuRequested({5, 5});
+  EXPECT_TRUE(menu.isVisible());
+  EXPECT_EQ(menu.title(), "Command display");
   dialogs_.files = {disc_->Path("info.txt")};
-  Find<QWidget>("infoPane").actions().front()->trigger();
+  menu.actions().back()->trigger();
+  menu.close();
   EXPECT_FALSE(FileBytes(disc_->Path("info.txt")).empty());
 }
 

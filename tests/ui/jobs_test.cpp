@@ -1,74 +1,116 @@
 // What the window does while a worker runs.
 
-#include <QAbstractButton>
-#include <QDropEvent>
-#include <QLabel>
-#include <QMimeData>
+#include <QAction>
+#include <QFile>
 
 #include "editor/job_labels.h"
+#include "support/block_engine.h"
 #include "ui/progress_window.h"
 #include "ui/window_test.h"
 
 namespace quillomar::test {
 namespace {
 
+struct Job {
+  const char* title;  // of the progress window while it begins
+  std::function<void(Editor&)> start;
+};
+
+const std::vector<Job>& Jobs() {
+  static const std::vector<Job> jobs = {
+      {"Scanning VOB file(s)", [](Editor& editor) { editor.Run(CommandId::kOpenVobs); }},
+      {"Loading file(s) from MRU", [](Editor& editor) { editor.OpenRecent(0); }},
+      {"Saving changes", [](Editor& editor) { editor.Run(CommandId::kSaveAll); }},
+      {"Reverting changes", [](Editor& editor) { editor.Run(CommandId::kReloadAll); }},
+      {"Applying modifications",
+       [](Editor& editor) { editor.ApplyToAll(ChoicesOf(editor.Last())); }},
+      {"ReTiming subpics", [](Editor& editor) { editor.Retime(editor.Doc().Units(), 1); }},
+      {"Running OCR", [](Editor& editor) { editor.Run(CommandId::kOcrSelected); }},
+      {"Erasing Hearing-Impaired subpics",
+       [](Editor& editor) { editor.Run(CommandId::kHideHearingImpairedAll); }},
+  };
+  return jobs;
+}
+
 class JobsTest : public WindowTest {
  protected:
-  // A save that stands still until the gate opens.
-  void StartSave() {
-    StartOnDisc();
-    TheEditor().MoveVertically(4);
+  // A job on a changed disc. It counts as running until events are taken again.
+  void StartJob(const Job& job) {
     dialogs_.agrees = true;
-    files_.gate.Close();
-    Key(Qt::Key_S, Qt::ControlModifier);
+    ASSERT_NO_FATAL_FAILURE(StartOnDisc());
+    Settings().warnIfOnly4x3 = 0;
+    TheEditor().Context().makeOcrEngine = [] { return std::make_unique<BlockEngine>(); };
+    TheEditor().MoveVertically(4);
+    dialogs_.files = {disc_->Path("VTS_01_1.VOB")};
+    TheEditor().Context().fastOpen = FastOpen::kNever;
+    job.start(TheEditor());
     ASSERT_TRUE(TheEditor().Busy());
-  }
-  bool Drop(const std::string& path) {
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
-    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    enter.ignore();
-    QApplication::sendEvent(&Window(), &enter);
-    QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&Window(), &event);
-    return enter.isAccepted();
+    EXPECT_EQ(Window().Progress().windowTitle(), job.title);
   }
 };
 
-TEST_F(JobsTest, ASaveCannotBeStoppedAndClosingWaitsForItsEnd) {
-  ASSERT_NO_FATAL_FAILURE(StartSave());
+TEST_F(JobsTest, NothingIsDroppedAndClosingWaitsWhileAWorkerRuns) {
+  for (const Job& job : Jobs()) {
+    SCOPED_TRACE(job.title);
+    ASSERT_NO_FATAL_FAILURE(StartJob(job));
+    EXPECT_FALSE(IsEnabled("linesUp") || IsEnabled("saveAllButton"));
+    const auto questions = dialogs_.questions.size();
+    EXPECT_FALSE(Drop(disc_->Path("VTS_01_1.VOB")));
+    TheEditor().DropFiles({disc_->Path("VTS_01_0.IFO")});
+    TheEditor().OpenRecent(0);
+    TheEditor().Run(CommandId::kReloadUnit);
+    Window().close();
+    Window().close();
+    EXPECT_TRUE(Window().isVisible() && TheEditor().Busy());
+    EXPECT_EQ(dialogs_.questions.size(), questions);
+    WaitFor([this] { return !Window().isVisible(); });
+    EXPECT_FALSE(TheEditor().Busy());
+    EXPECT_EQ(dialogs_.errors, std::vector<std::string>());
+    program_.reset();
+    QFile::remove(QString::fromStdString(disc_->Path("QuillomarLastFile0.txt")));
+  }
+}
+
+TEST_F(JobsTest, ASaveCannotBeStopped) {
+  StartOnDisc();
+  TheEditor().MoveVertically(4);
   const int top = Shown().picture.y;
+  dialogs_.agrees = true;
+  files_.gate.Close();
+  Key(Qt::Key_S, Qt::ControlModifier);
   const ProgressWindow& progress = Window().Progress();
-  EXPECT_EQ(progress.windowTitle(), "Saving changes");
-  EXPECT_FALSE(Find<QAbstractButton>("abort").isEnabled());
-  EXPECT_FALSE(Find<QAbstractButton>("moveUp").isEnabled());
+  EXPECT_FALSE(IsEnabled("abort"));
   WaitFor([&] { return progress.windowTitle() == "Saving modifications"; });
   Key(Qt::Key_Escape);
   Window().close();
-  Window().close();
-  EXPECT_TRUE(Window().isVisible());
   files_.gate.Open();
   WaitFor([this] { return !Window().isVisible(); });
-  EXPECT_EQ(dialogs_.questions.size(), 1U);
-  EXPECT_TRUE(dialogs_.errors.empty());
   program_.reset();
   StartOnDisc();
   EXPECT_EQ(Shown().picture.y, top);
 }
 
-TEST_F(JobsTest, NothingIsDroppedWhileAWorkerRuns) {
-  ASSERT_NO_FATAL_FAILURE(StartSave());
-  EXPECT_FALSE(Drop(disc_->Path("VTS_01_1.VOB")));
-  TheEditor().DropFiles({disc_->Path("VTS_01_0.IFO")});
-  TheEditor().OpenRecent(0);
-  TheEditor().Run(CommandId::kReloadUnit);
-  EXPECT_EQ(dialogs_.questions.size(), 1U);
+TEST_F(JobsTest, EscapeStopsAScan) {
+  files_.gate.Close();
+  Start({disc_->Path("VTS_01_1.VOB")});
+  EXPECT_TRUE(Window().Progress().isVisible());
+  Key(Qt::Key_Escape);
   files_.gate.Open();
   WaitForIdle();
-  EXPECT_TRUE(dialogs_.errors.empty());
-  EXPECT_GT(Shown().count, 0);
-  EXPECT_TRUE(Drop(disc_->Path("VTS_01_1.VOB")));
-  WaitFor([this] { return dialogs_.questions.size() == 2 && !TheEditor().Busy(); });
+  EXPECT_FALSE(Window().Progress().isVisible());
+  EXPECT_TRUE(Window().acceptDrops());
+  EXPECT_EQ(Shown().count, 0);
+}
+
+TEST_F(JobsTest, AWorkersMessageIsShownByTheWindowsThread) {
+  Start({});
+  QtJobRunner runner;
+  bool finished = false;
+  runner.Run([this] { TheEditor().Context().reporter.ReportError("from the worker"); },
+             [&] { finished = true; });
+  WaitFor([&] { return finished; });
+  EXPECT_EQ(dialogs_.errors, std::vector<std::string>{"from the worker"});
+  EXPECT_EQ(dialogs_.errorThread, std::this_thread::get_id());
 }
 
 TEST_F(JobsTest, TimeLeftIsToldOnceItIsKnown) {
@@ -76,7 +118,42 @@ TEST_F(JobsTest, TimeLeftIsToldOnceItIsKnown) {
   EXPECT_EQ(TimeLeftText(Operation::kSaving, 25, seconds(10)), "About 30 s left");
   EXPECT_EQ(TimeLeftText(Operation::kOcr, 1, seconds(3)), "About 5 min left");
   EXPECT_EQ(TimeLeftText(Operation::kSaving, 0, seconds(10)), "");
-  EXPECT_EQ(TimeLeftText(Operation::kScanning, 25, seconds(10)), "");
+}
+
+class RecentMenuTest : public WindowTest {
+ protected:
+  QAction& Entry(int n) { return *Window().findChild<QAction*>(QString("recentFile%1").arg(n)); }
+  // The entry is that of the one title VOB of a disc.
+  void ExpectEntry(int n, const DiscCopy& disc) {
+    const std::string folder = disc.Folder().substr(disc.Folder().rfind('/'));
+    const QString ending = QString::fromStdString(folder + "/VTS_01_1.VOB ");
+    EXPECT_TRUE(Entry(n).text().endsWith(ending)) << Entry(n).text().toStdString();
+  }
+};
+
+TEST_F(RecentMenuTest, AnEntryOpensItsFilesWithoutAScan) {
+  const DiscCopy pal("pal");
+  StartOnDisc();
+  const int count = Shown().count;
+  ExpectEntry(0, *disc_);
+  EXPECT_FALSE(Entry(1).isVisible());
+  TheEditor().OpenFiles({pal.TitleVobs().front()}, false);
+  WaitForIdle();
+  ExpectEntry(0, pal);
+
+  Entry(1).trigger();
+  EXPECT_TRUE(TheEditor().Busy());
+  EXPECT_FALSE(Entry(1).isEnabled());
+  WaitForIdle();
+  EXPECT_EQ(Shown().count, count);
+  ExpectEntry(0, *disc_);
+  ExpectEntry(1, pal);
+  EXPECT_TRUE(dialogs_.questions.empty());
+
+  QFile::remove(QString::fromStdString(pal.TitleVobs().front()));
+  Entry(1).trigger();
+  EXPECT_EQ(dialogs_.errors.size(), 1U);
+  EXPECT_FALSE(Entry(1).isVisible());
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 // The pane of recognised text, with an engine that reads widths.
 
-#include <QAbstractButton>
-#include <QCheckBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <algorithm>
@@ -42,6 +40,7 @@ class OcrPaneTest : public WindowTest {
 
 TEST_F(OcrPaneTest, WithoutAnEngineTheCommandsRefuse) {
   StartOnDisc();
+  EXPECT_FALSE(Text().isVisible());
   TheEditor().Context().makeOcrEngine = nullptr;
   Key(Qt::Key_T, Qt::ControlModifier);
   Key(Qt::Key_W, Qt::ControlModifier);
@@ -66,19 +65,21 @@ TEST_F(OcrPaneTest, SelectedTextIsErasedFromTextAndBitmap) {
   EXPECT_TRUE(Unit().state.modified);
   EXPECT_NE(Text().toPlainText(), before);
   EXPECT_EQ(Text().toPlainText().section('\n', 0, 0).toStdString(), Unit().ocrText.front());
-  Find<QCheckBox>("savedText").click();
+  Press("savedText");
   EXPECT_EQ(Text().toPlainText(), before);
   Key(Qt::Key_Delete);
   EXPECT_EQ(ink(), pixels);
   // In the text, the arrows move its cursor and not the list.
-  Find<QCheckBox>("savedText").click();
-  Text().setFocus();
-  Key(Qt::Key_Right);
+  Press("savedText");
+  KeyOn("ocrText", Qt::Key_Right);
   EXPECT_EQ(Shown().index, 0);
 }
 
-TEST_F(OcrPaneTest, ABoxIsChosenOnThePicture) {
+TEST_F(OcrPaneTest, ABoxIsChosenOnThePictureAndBringsTheTextBack) {
   StartWithEngine();
+  EXPECT_TRUE(Text().isVisible());
+  Press("showText");
+  EXPECT_FALSE(Text().isVisible());
   const CharBox& second = Unit().charBoxes[1];
   const QRectF frame = Find<PictureView>("pictureView").FrameRect();
   const double x = Shown().picture.x + (second.x0 + second.x1) / 2.0;
@@ -88,21 +89,16 @@ TEST_F(OcrPaneTest, ABoxIsChosenOnThePicture) {
   QTest::mouseClick(&Find<QWidget>("textBoxes"), Qt::LeftButton, {}, place.toPoint());
   EXPECT_EQ(Text().textCursor().selectionStart(), 1);
   EXPECT_EQ(Text().textCursor().selectionEnd(), 2);
-}
-
-TEST_F(OcrPaneTest, SelectionOfTheListIsReadByTheWorker) {
-  StartWithEngine();
-  Find<QAbstractButton>("ocrButton").click();
-  EXPECT_TRUE(TheEditor().Busy());
-  EXPECT_EQ(TheEditor().JobLabel(), "Running OCR (based on Tesseract)");
-  WaitForIdle();
-  for (const UnitPointer& unit : TheEditor().List().List()) EXPECT_NE(unit->charBoxCount, 0);
+  EXPECT_TRUE(Text().isVisible());
+  TheEditor().CloseFiles();
+  EXPECT_FALSE(Text().isVisible());
 }
 
 TEST_F(OcrPaneTest, DoubtfulCharactersAreWalkedThroughAndCorrected) {
   StartWithEngine();
-  Find<QAbstractButton>("ocrButton").click();
+  Press("ocrButton");
   WaitForIdle();
+  for (const UnitPointer& unit : TheEditor().List().List()) EXPECT_NE(unit->charBoxCount, 0);
   Key(Qt::Key_F4);
   const int place = Text().textCursor().selectionStart();
   EXPECT_EQ(Text().textCursor().selectedText(), "_");

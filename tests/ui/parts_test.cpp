@@ -33,15 +33,6 @@ TEST(RtfReader, ReadsColoursTabsFormatsAndEscapes) {
   EXPECT_EQ(second[1].format, (RtfFormat{1, false, false, 16}));
 }
 
-TEST(RtfReader, BrokenTextEndsQuietly) {
-  const std::string whole = "{\\rtf1{\\colortbl\\red1;}\\fs-99999999999 {a\\'4}\\par}}}b";
-  for (std::size_t length = 0; length <= whole.size(); ++length) {
-    const RtfDocument document = ReadRtf(std::string_view(whole).substr(0, length));
-    EXPECT_LE(document.paragraphs.size(), 2U);
-  }
-  EXPECT_TRUE(ReadRtf(std::string(5000, '{') + "deep").paragraphs.empty());
-}
-
 TEST(InfoPane, ColoursStayReadableOnDarkAndLight) {
   const QColor blue(0, 0, 255);
   QPalette palette;

@@ -3,7 +3,6 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QLineEdit>
-#include <QTabWidget>
 
 #include "ui/window_test.h"
 
@@ -22,7 +21,6 @@ TEST_F(SearchTest, TextIsFoundForwardsBackwardsAndOnceAround) {
   StartOnDisc();
   Recognise(1, {"Come in", "please"});
   Recognise(4, {"COME back"});
-  Find<QTabWidget>("tabs").setCurrentIndex(1);
   auto& box = Find<QLineEdit>("searchText");
   box.setFocus();
   QTest::keyClicks(&box, "come ");
@@ -31,7 +29,7 @@ TEST_F(SearchTest, TextIsFoundForwardsBackwardsAndOnceAround) {
   EXPECT_EQ(Shown().index, 1);
   Key(Qt::Key_F3);
   EXPECT_EQ(Shown().index, 4);
-  Find<QAbstractButton>("moveUp").setFocus();
+  Find<QAbstractButton>("cropButton").setFocus();
   Key(Qt::Key_F3);
   EXPECT_EQ(Shown().index, 1);
   Key(Qt::Key_F3, Qt::ShiftModifier);
@@ -70,14 +68,6 @@ TEST_F(SearchTest, TheListShowsWhatHoldsCharactersOrTheText) {
   EXPECT_EQ(Shown().count, 1);
   Find<QLineEdit>("searchText").setText("q");
   EXPECT_EQ(Shown().count, 0);
-}
-
-TEST_F(SearchTest, ReturnPressesTheButtonWithTheFocus) {
-  StartOnDisc();
-  auto& filter = Find<QAbstractButton>("forcedOnly");
-  filter.setFocus();
-  Key(Qt::Key_Return);
-  EXPECT_TRUE(filter.isChecked());
 }
 
 TEST_F(SearchTest, KeysShowMenuButtons) {

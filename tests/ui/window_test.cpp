@@ -1,5 +1,9 @@
 #include "ui/window_test.h"
 
+#include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QTimer>
 #include <QWindow>
 
 namespace quillomar::test {
@@ -26,6 +30,54 @@ void WindowTest::StartOnDisc() {
 
 void WindowTest::Key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
   QTest::keyClick(Window().windowHandle(), key, modifiers);
+}
+
+void WindowTest::Press(const char* button) {
+  EXPECT_TRUE(IsEnabled(button)) << button;
+  QTest::mouseClick(&Find<QAbstractButton>(button), Qt::LeftButton);
+}
+
+void WindowTest::Type(const char* box, const QString& text) {
+  auto& widget = Find<QWidget>(box);
+  widget.setFocus();
+  QMetaObject::invokeMethod(&widget, "selectAll");
+  QTest::keyClicks(&widget, text);
+  QTest::keyClick(&widget, Qt::Key_Return);
+}
+
+void WindowTest::KeyOn(const char* control, Qt::Key key) {
+  Find<QWidget>(control).setFocus();
+  Key(key);
+}
+
+bool WindowTest::Drop(const std::string& path) {
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+  QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  enter.ignore();
+  QApplication::sendEvent(&Window(), &enter);
+  QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&Window(), &event);
+  return enter.isAccepted();
+}
+
+void WindowTest::WithDialog(const char* name, const std::function<void()>& open,
+                            const std::function<void(QDialog&)>& use) {
+  auto& dialog = Find<QDialog>(name);
+  bool used = false;
+  QTimer::singleShot(0, [&] {
+    use(dialog);
+    used = true;
+    EXPECT_FALSE(dialog.isVisible());
+    dialog.hide();
+  });
+  open();
+  EXPECT_TRUE(used);
+}
+
+bool WindowTest::Saved(const std::string& text) {
+  const Bytes bytes = FileBytes(program_->Settings().Path());
+  return std::string(bytes.begin(), bytes.end()).find(text) != std::string::npos;
 }
 
 }  // namespace quillomar::test

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
+#include <QDialog>
 #include <QTest>
 #include <memory>
 
@@ -23,6 +25,17 @@ class WindowTest : public testing::Test {
   void StartOnDisc();
 
   void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+  // Clicks a button, which must be there to be clicked.
+  void Press(const char* button);
+  // Types a number or a text into a box in place of what it holds, and Return.
+  void Type(const char* box, const QString& text);
+  // Presses a key on a control.
+  void KeyOn(const char* control, Qt::Key key);
+  // Drags a file over the window and lets go of it; whether the window wanted it.
+  bool Drop(const std::string& path);
+  // Has `use` work a dialog that `open` opens; it must be closed afterwards.
+  void WithDialog(const char* name, const std::function<void()>& open,
+                  const std::function<void(QDialog&)>& use);
   // Ends in a failure of the test when the condition does not come true.
   template <typename Condition>
   void WaitFor(Condition condition) {
@@ -42,7 +55,10 @@ class WindowTest : public testing::Test {
   MainWindow& Window() { return program_->Window(); }
   Editor& TheEditor() { return program_->TheEditor(); }
   const View& Shown() { return TheEditor().CurrentView(); }
-  std::string SettingsPath() { return program_->Settings().Path(); }
+  Preferences& Settings() { return TheEditor().Context().preferences; }
+  bool IsEnabled(const char* control) { return Find<QWidget>(control).isEnabled(); }
+  // The settings file holds this text.
+  bool Saved(const std::string& text);
 
   GatedFileSystem files_;
   StubDialogs dialogs_;
