@@ -92,11 +92,8 @@ TEST_F(DamagedDisc, FaultsOfNavPacksAreFound) {
   EXPECT_TRUE(Mentions(added(kForwardRunOffset + 4 * 18), "search pointer"));
   EXPECT_TRUE(Mentions(added(kPreviousVobuOffset), "search pointer"));
   EXPECT_TRUE(Mentions(added(kSubpictureSyncOffset), "subpicture synchronisation"));
-  const Faults audio = AfterVobDamage(nav, [](std::span<std::uint8_t> sector) {
-    PutShort(sector, kAudioSyncOffset,
-             static_cast<std::uint16_t>(GetShort(sector, kAudioSyncOffset) + 1));
-  });
-  EXPECT_TRUE(Mentions(audio, "audio synchronisation"));
+  // Two bytes, of which AddInt reaches the lower ones.
+  EXPECT_TRUE(Mentions(added(kAudioSyncOffset - 2), "audio synchronisation"));
 }
 
 TEST_F(DamagedDisc, FaultsOfTablesAreFound) {

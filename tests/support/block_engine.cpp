@@ -110,9 +110,8 @@ std::vector<std::string> DrawBlocks(const std::vector<std::string>& lines, float
   return rows;
 }
 
-EngineResult BlockEngine::Recognise(const EnginePicture& picture, const EngineSettings& settings) {
+EngineResult BlockEngine::Recognise(const EnginePicture& picture, const EngineSettings&) {
   ++picturesRead;
-  lastSettings = settings;
   EngineResult result;
   for (const Ink& line : FindLines(picture, slant_)) ReadLine(line, result);
   for (EngineLine& line : result.lines) line.slant = slant_;

@@ -25,15 +25,13 @@ class BlockEngine final : public OcrEngine {
   std::vector<std::optional<EngineResult>> RecogniseAll(const PictureSource& pictures,
                                                         const EngineSettings& settings,
                                                         const EngineProgress& progress) override;
-  void ForgetDisc() override { ++discsForgotten; }
+  void ForgetDisc() override {}
   std::vector<int> CountAppearances(const Lesson& lesson, const PictureSource& pictures,
                                     const EngineSettings& settings) override;
   Result Teach(const Lesson& lesson) override;
 
   int picturesRead = 0;
-  int discsForgotten = 0;
   std::vector<Lesson> lessons;
-  EngineSettings lastSettings;
 
  private:
   float slant_;

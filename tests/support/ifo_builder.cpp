@@ -172,7 +172,6 @@ Bytes BuildIfo(const IfoSpec& spec) {
              UnitTable(spec.menuUnits));
     AddTable(image, kIfoMenuCellsOffset, CellTable(MenuChains(spec)));
   }
-  if (!spec.menuVobus.empty()) AddTable(image, kIfoMenuVobusOffset, VobuMap(spec.menuVobus));
   if (!spec.titleVobus.empty()) AddTable(image, kIfoTitleVobusOffset, VobuMap(spec.titleVobus));
   PutInt(image, kIfoEndSectorOffset, static_cast<std::uint32_t>(image.size() / kSectorSize - 1));
   return image;

@@ -56,7 +56,6 @@ struct IfoSpec {
   std::vector<ChainSpec> titleChains;
   std::vector<MenuUnitSpec> menuUnits;
   std::vector<std::uint32_t> titleVobus;  // start sectors
-  std::vector<std::uint32_t> menuVobus;
 };
 
 // The image: header sector, then each table on its own sectors; cell address tables follow from the

@@ -21,13 +21,18 @@ class Writer {
   Bytes bytes;
 };
 
+Bytes ValuesCommand(std::size_t code, const PixelTypeValues& values) {
+  Writer out;
+  out.Byte(code);
+  out.Values(values);
+  return out.bytes;
+}
+
 // A run as text of hexadecimal digits, one for each nibble.
 std::string RunNibbles(std::size_t length, std::size_t type) {
   const std::size_t value = length * 4 + type;
-  std::size_t count = 4;
-  if (length > 0 && length < 4) count = 1;
-  if (length >= 4 && length < 16) count = 2;
-  if (length >= 16 && length < 64) count = 3;
+  std::size_t count = 1;
+  while (count < 4 && (length == 0 || length >> (2 * count) != 0)) ++count;
   std::string nibbles;
   while (count-- > 0) nibbles += static_cast<char>(value >> (4 * count) & 0xFU);
   return nibbles;
@@ -80,17 +85,11 @@ Bytes Sequences(const SpuDescription& description, std::size_t start, std::size_
 }  // namespace
 
 Bytes ColourCommand(const PixelTypeValues& indices) {
-  Writer out;
-  out.Byte(kSetColour);
-  out.Values(indices);
-  return out.bytes;
+  return ValuesCommand(kSetColour, indices);
 }
 
 Bytes ContrastCommand(const PixelTypeValues& alphas) {
-  Writer out;
-  out.Byte(kSetContrast);
-  out.Values(alphas);
-  return out.bytes;
+  return ValuesCommand(kSetContrast, alphas);
 }
 
 Bytes AreaCommand(const DisplayArea& area) {
