@@ -16,11 +16,7 @@ TEST(CommandLine, TakesOptionsAndFilesInAnyOrder) {
   EXPECT_EQ(request.files, (Arguments{"a.vob", "b.vob"}));
   EXPECT_TRUE(request.openFullDomain);
   EXPECT_FALSE(request.automatic);
-}
-
-TEST(CommandLine, KeepsTenFiles) {
-  const Arguments arguments(12, "a.vob");
-  EXPECT_EQ(ParseCommandLine(arguments).files.size(), kMaxCommandLineFiles);
+  EXPECT_EQ(ParseCommandLine(Arguments(12, "a.vob")).files.size(), kMaxCommandLineFiles);
 }
 
 TEST(CommandLine, FirstExtensionDecides) {
@@ -35,43 +31,30 @@ TEST(CommandLine, FirstExtensionDecides) {
   EXPECT_EQ(action({"-F", "folder.vob/name"}), StartUpAction::kRefuse);
 }
 
-class TitleSetChoice : public ::testing::Test {
- protected:
-  void PutVob(const std::string& path, std::size_t sectors) {
-    files_.Put(path, Bytes(sectors * kSectorSize));
+TEST(CommandLine, ADiscMeansItsLargestTitleSet) {
+  test::MemoryFileSystem files;
+  for (const auto& [name, sectors] : {std::pair("VTS_01_1.VOB", 3U),
+                                      {"VTS_02_0.VOB", 50U},
+                                      {"vts_02_1.vob", 2U},
+                                      {"vts_02_2.vob", 2U}}) {
+    files.Put(std::string("/disc/") + name, Bytes(sectors * kSectorSize));
   }
-  StartUpRequest Choose(const Arguments& arguments) {
-    StartUpRequest request = ParseCommandLine(arguments);
-    ChooseTitleSet(request, files_);
-    return request;
+  struct Case {
+    Arguments arguments, chosen;
+    StartUpAction action;
+  };
+  const Arguments largest = {"/disc/vts_02_1.vob"};
+  for (const Case& each :
+       {Case{{"-A", "/disc/VTS_01_1.VOB", "x.vob"}, largest, StartUpAction::kFullDomain},
+        Case{{"/disc/VIDEO_TS.ifo"}, largest, StartUpAction::kFullDomain},
+        Case{{"/empty/VIDEO_TS.IFO"}, {"/empty/VTS_01_1.VOB"}, StartUpAction::kFullDomain},
+        Case{{"/disc/VTS_01_1.VOB"}, {"/disc/VTS_01_1.VOB"}, StartUpAction::kVobs},
+        Case{{"-A"}, {}, StartUpAction::kNothing}}) {
+    StartUpRequest request = ParseCommandLine(each.arguments);
+    ChooseTitleSet(request, files);
+    EXPECT_EQ(request.files, each.chosen);
+    EXPECT_EQ(ActionFor(request), each.action);
   }
-  test::MemoryFileSystem files_;
-};
-
-TEST_F(TitleSetChoice, PicksTheLargestOfTheFolder) {
-  PutVob("/disc/VTS_01_1.VOB", 3);
-  PutVob("/disc/VTS_02_0.VOB", 50);
-  PutVob("/disc/vts_02_1.vob", 2);
-  PutVob("/disc/vts_02_2.vob", 2);
-  PutVob("/disc/VTS_03_1.VOB", 4);
-  const Arguments chosen = {"/disc/vts_02_1.vob"};
-  for (const Arguments& arguments :
-       {Arguments{"-A", "/disc/VTS_01_1.VOB", "x.vob"}, Arguments{"/disc/VIDEO_TS.ifo"}}) {
-    const StartUpRequest request = Choose(arguments);
-    EXPECT_EQ(request.files, chosen);
-    EXPECT_EQ(ActionFor(request), StartUpAction::kFullDomain);
-  }
-}
-
-TEST_F(TitleSetChoice, FallsBackToTheFirstTitleSet) {
-  EXPECT_EQ(Choose({"/empty/VIDEO_TS.IFO"}).files, (Arguments{"/empty/VTS_01_1.VOB"}));
-}
-
-TEST_F(TitleSetChoice, LeavesOtherRequestsAlone) {
-  PutVob("/disc/VTS_01_1.VOB", 1);
-  PutVob("/disc/VTS_02_1.VOB", 2);
-  EXPECT_EQ(Choose({"-F", "/disc/VTS_01_1.VOB"}).files, (Arguments{"/disc/VTS_01_1.VOB"}));
-  EXPECT_TRUE(Choose({"-A"}).files.empty());
 }
 
 }  // namespace

@@ -28,16 +28,6 @@ class ParseTest : public EditTest {
   Result result_ = Result::kFailed;
 };
 
-TEST_F(ParseTest, LaterSequencesDoNotMoveThePicture) {
-  SpuDescription description = Subtitle({"00000000", "00000000"}, 10, 570, 200);
-  description.sequences[1].commands = {AreaCommand({1, 2, 3, 4}), FieldOffsetsCommand(9, 9)};
-  const SubpictureUnit unit = Parsed(BuildSpu(description));
-  EXPECT_EQ(unit.state.area, (DisplayArea{10, 17, 570, 571}));
-  EXPECT_EQ(unit.state.topOffset, 4);
-  EXPECT_EQ(unit.state.alignedWidth, 8);
-  EXPECT_EQ(unit.state.sequences[1].commands[1].arguments, (std::array<std::uint16_t, 4>{9, 9}));
-}
-
 TEST_F(ParseTest, HeightEndsAtTheFrameAndTurnedAreasHaveNoBitmap) {
   const SubpictureUnit found = Parsed(BuildSpu(Plain(9)));
   const auto at = *FindCommand(found, kSetDisplayArea, 0);

@@ -136,24 +136,6 @@ TEST_F(RunLengthTest, RowsBelowTheFrameCountForTheSpareRoomOnly) {
   EXPECT_EQ(unit.state.spareRoom, 8);
 }
 
-TEST_F(RunLengthTest, FieldsMayLieAnywhere) {
-  const Rows rows = {"0123", "0123", "3210", "3210"};
-  SubpictureUnit unit = Parsed(Subtitle(rows, 0, 0, 9));
-  unit.state.bottomOffset = unit.state.topOffset;
-  ASSERT_EQ(DecodeBitmap(unit, context_), Result::kDone);
-  EXPECT_EQ(PixelRows(unit), rows);
-  for (const int offset : {0, 2, 30, 65535}) {
-    SubpictureUnit odd = Parsed(Subtitle(rows, 0, 0, 9));
-    odd.state.topOffset = static_cast<std::uint16_t>(offset);
-    odd.state.bottomOffset = 65535;
-    ASSERT_EQ(DecodeBitmap(odd, context_), Result::kDone);
-    EXPECT_EQ(odd.pixels.size(), 16U);
-    EXPECT_EQ(odd.state.spareRoom, 0);
-    odd.complete = false;
-    EXPECT_EQ(DecodeBitmap(odd, context_), Result::kFailed);
-  }
-}
-
 TEST_F(RunLengthTest, ReencodingCropsToTheContentAndItsMargins) {
   const std::string blank(9, '0');
   const Rows rows = {blank,       blank, blank, blank, blank, "000012000",

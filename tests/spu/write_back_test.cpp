@@ -168,16 +168,6 @@ TEST(WriteBack, BringsTheTopFieldToTheFront) {
   EXPECT_EQ(unit.state.bottomOffset, 4);
 }
 
-TEST(WriteBack, WritesANewTimeAndKeepsTheOtherHeaderBytes) {
-  PackDisc disc(MakeSubpicturePacks(UnitOfSize(300), {.firstHeaderLength = 8}));
-  SubpictureUnit unit = disc.GatherOne();
-  Sector expected = disc.ReadPack(0);
-  unit.state.pts = 0xFFFF'0001;
-  ASSERT_EQ(disc.Write(unit), Result::kDone);
-  PutTimeStamp(std::span(expected).subspan(23, 5), unit.state.pts);
-  EXPECT_EQ(disc.ReadPack(0), expected);
-}
-
 TEST(WriteBack, RefusesBeforeItWrites) {
   PackDisc disc(MakeSubpicturePacks(UnitOfSize(3000), {}));
   SubpictureUnit unit = disc.GatherOne();
