@@ -39,8 +39,14 @@ bool AudioTrack::OpenFor(int sampleRate) {
   return open_;
 }
 
-void AudioTrack::Add(AudioBlock block) {
+void AudioTrack::DropPending() {
+  endTime_ -= TicksOf(pending_.size() / AudioOutput::kChannels);
+  pending_.clear();
+}
+
+void AudioTrack::Add(AudioBlock block, std::int64_t now) {
   if (!OpenFor(block.sampleRate)) return;
+  if (written_ > 0 && QueuedMs() == 0) endTime_ = std::max(endTime_, now);
   const std::int64_t gap = block.time - endTime_;
   if (gap > kTolerance && gap <= kLongestSilence) {
     pending_.resize(pending_.size() + PairsOf(gap) * AudioOutput::kChannels);

@@ -21,7 +21,10 @@ class AudioTrack {
 
   // Forgets everything; what is heard next is no earlier than `startTime`.
   void Reset(std::int64_t startTime = 0);
-  void Add(AudioBlock block);
+  // `now` is the time that is on; where nothing is left to be heard, what comes too late is cut.
+  void Add(AudioBlock block, std::int64_t now);
+  // Takes back what the output has not taken yet, for sound of another stream to follow.
+  void DropPending();
   // Hands on as much as the output takes.
   void Pump();
   // Time that is being heard, 90 kHz; nothing while nothing is.

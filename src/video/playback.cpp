@@ -110,7 +110,7 @@ void Playback::TakeDecoded() {
   if (source_.SoundRefused()) outlet_.soundRefused();
   if (heardStream_ != audioStream_ && begun_) {
     heardStream_ = audioStream_;
-    audio_.Reset(MediaTime());
+    audio_.DropPending();
   }
   while (auto sound = source_.TakeSound()) {
     earlySound_.push_back(std::move(*sound));
@@ -119,7 +119,7 @@ void Playback::TakeDecoded() {
   if (!begun_) return;
   for (AudioBlock& sound : earlySound_) {
     soundPastEnd_ = options_.endTime && sound.time >= *options_.endTime;
-    if (!soundPastEnd_) audio_.Add(std::move(sound));
+    if (!soundPastEnd_) audio_.Add(std::move(sound), MediaTime());
   }
   earlySound_.clear();
 }

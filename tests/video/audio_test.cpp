@@ -59,12 +59,14 @@ TEST(AudioTrack, GapsBecomeSilenceAndRepeatsAreCut) {
     return AudioBlock{time, 48000, std::vector<std::int16_t>(960, value)};  // 10 ms, 900 ticks
   };
   track.Reset(1000);
-  track.Add(block(460, 1));  // 60 % before the start
-  track.Add(block(1360, 2));
-  track.Add(block(4060, 3));  // 20 ms late
-  track.Add(block(4060, 4));  // again
-  track.Add(block(4970, 5));  // rounding is no gap
+  track.Add(block(460, 1), 1000);  // 60 % before the start
+  track.Add(block(1360, 2), 1000);
+  track.Add(block(4060, 3), 1000);  // 20 ms late
+  track.Add(block(4060, 4), 1000);  // again
+  track.Add(block(4970, 5), 1000);  // rounding is no gap
   track.Pump();
+  track.Add(block(5870, 6), 1000);
+  track.DropPending();
   std::vector<std::int16_t> expected(384, 1);
   expected.insert(expected.end(), 960, 2);
   expected.insert(expected.end(), 1920, 0);
@@ -75,6 +77,13 @@ TEST(AudioTrack, GapsBecomeSilenceAndRepeatsAreCut) {
   clock.Sleep(10000);
   EXPECT_EQ(track.HeardTime(), 1910);
   EXPECT_EQ(track.ReadPosition(), 480);
+  // The device runs dry, and the clock goes on without it.
+  clock.Sleep(1000000);
+  output.recorded.clear();
+  track.Add(block(5870, 7), 6500);  // 70 % too late
+  track.Pump();
+  EXPECT_EQ(output.recorded, std::vector<std::int16_t>(288, 7));
+  EXPECT_EQ(track.HeardTime(), 6500);
 }
 
 }  // namespace
