@@ -333,29 +333,6 @@ TEST_F(ScannerTest, SmoothsTheRateAndTellsTheTimeToGo) {
   EXPECT_EQ(messages.LogLines(), expected);
 }
 
-TEST_F(ScannerTest, AFileThatShrinksEndsItsOwnPartOnly) {
-  VobBuilder first;
-  first.Add(Subpicture(0)).Add(std::vector<Sector>(598, test::MakePaddingPack(0)));
-  first.Add(Subpicture(1));
-  AddPiece(1, first);
-  AddPiece(2, VobBuilder().Add(Subpicture(2)));
-  consumer.answer = [this](const PackContext& context) {
-    if (context.stream == 0) messages.files.Content(PathOf(1)).resize(550 * kSectorSize + 100);
-    return GatherResult::kComplete;
-  };
-  Scan();
-  const auto packs = consumer.Of(Event::Call::kPack);
-  ASSERT_EQ(packs.size(), 2U);
-  EXPECT_EQ(packs[1].stream, 2);
-  EXPECT_EQ(packs[1].lba, 600U);
-  EXPECT_EQ(control.operation, Operation::kDone);
-  consumer.events.clear();
-  options.lbas = {0, 549, 550, 600};
-  messages.files.Content(PathOf(1)).resize(600 * kSectorSize);
-  Scan();
-  EXPECT_EQ(consumer.Of(Event::Call::kPack).size(), 2U);
-}
-
 TEST_F(ScannerTest, EmptySetsAndEmptyFilesEndAtOnce) {
   Scan();
   EXPECT_EQ(results.scannedStarts, std::vector<std::uint32_t>{0});

@@ -1,12 +1,7 @@
 #include "spu/sup_file.h"
 
-#include <gtest/gtest.h>
-
 #include "dvd/big_endian.h"
-#include "pack_disc.h"
-#include "spu/colour_edit.h"
-#include "spu/parse.h"
-#include "spu/run_length.h"
+#include "edit_fixture.h"
 #include "support/direct_transaction.h"
 
 namespace quillomar {
@@ -38,34 +33,29 @@ Bytes UnitEndingAt(int end, int spareBytes = 0, int stopDelay = 90) {
   return BuildSpu(description);
 }
 
-class Sup : public testing::Test {
+class Sup : public EditTest {
  protected:
   SupFile Load(const std::string& path = kPath) {
-    auto sup = LoadSup(messages.files, path, messages.reporter, limit);
+    auto sup = LoadSup(messages_.files, path, messages_.reporter, limit_);
     EXPECT_TRUE(sup);
     return sup ? std::move(*sup) : SupFile();
   }
   SupFile Load(const Bytes& content) {
-    messages.files.Put(kPath, content);
+    messages_.files.Put(kPath, content);
     return Load();
-  }
-  SpuContext Context(VideoStandard standard = VideoStandard::kPal) {
-    return {messages.reporter, limit, standard};
   }
   std::optional<SupPositions> Save(const std::shared_ptr<File>& file, const SupUnits& units) {
     const auto transaction = source.Begin();
-    auto positions = SaveSup(file, units, *transaction, Context());
+    auto positions = SaveSup(file, units, *transaction, context_);
     if (positions && Failed(transaction->Commit())) return std::nullopt;
     return positions;
   }
   std::optional<SupPositions> SaveAs(const std::string& path, const SupUnits& units) {
     return Save(source.Begin()->OpenOrCreate(path), units);
   }
-  const Bytes& Content(const std::string& path) { return messages.files.Content(path); }
+  const Bytes& Content(const std::string& path) { return messages_.files.Content(path); }
 
-  MessageCollector messages;
-  ReportLimit limit{messages.reporter};
-  DirectTransactionSource source{messages.files};
+  DirectTransactionSource source{messages_.files};
 };
 
 TEST_F(Sup, ReadsRecordsAsUnitsWithoutADisc) {
@@ -89,7 +79,8 @@ TEST_F(Sup, ReadsRecordsAsUnitsWithoutADisc) {
   EXPECT_EQ(b.supPosition, static_cast<std::int64_t>(kSupHeaderSize + first.size()));
   EXPECT_EQ(b.state.freeRoom, 2048);
   EXPECT_EQ(b.state.spareRoom, 0);  // nothing is known of it before the bitmap is decoded
-  ASSERT_EQ(DecodeBitmap(b, Context(sup.standard)), Result::kDone);
+  ASSERT_EQ(DecodeBitmap(b, (sup.standard == VideoStandard::kPal ? context_ : ntsc_)),
+            Result::kDone);
   EXPECT_EQ(b.state.spareRoom, 9);
 }
 
@@ -126,10 +117,10 @@ TEST_F(Sup, LeavesOutRecordsThatDoNotParseAndStopsWhereNoneBegins) {
   // A unit that is shorter than its own size field makes the rest of that field the next record.
   for (const Case& each : {Case{{0, 0}, 1}, Case{{0, 1}, 1}, Case{{0, 2}, 2}, Case{{0, 3, 0}, 2},
                            Case{unknownCommand, 2}, Case{offsetOutside, 2}}) {
-    limit.Reset();
-    messages.errors.clear();
+    limit_.Reset();
+    messages_.errors.clear();
     const SupFile sup = Load(Join({Record(5, good), Record(1, each.unit), Record(6, good)}));
-    EXPECT_EQ(messages.errors.size(), 1U);
+    EXPECT_EQ(messages_.errors.size(), 1U);
     EXPECT_EQ(sup.standard, VideoStandard::kNtsc);
     ASSERT_EQ(sup.units.size(), each.loaded);
     EXPECT_EQ(sup.units.back()->number, static_cast<int>(each.loaded));
@@ -149,7 +140,7 @@ TEST_F(Sup, SurvivesTruncationAtEveryLength) {
     const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
     EXPECT_EQ(Load(cut).units.size(), size / record.size()) << size;
   }
-  EXPECT_TRUE(messages.errors.empty());
+  EXPECT_TRUE(messages_.errors.empty());
 }
 
 TEST_F(Sup, SavedLoadedAndSavedAgainIsTheSameFile) {
@@ -180,9 +171,9 @@ TEST_F(Sup, SavedLoadedAndSavedAgainIsTheSameFile) {
   const Bytes saved = Content(kCopy);
   ASSERT_TRUE(SaveAs("/s/again.sup", copy.units));
   EXPECT_EQ(Content("/s/again.sup"), saved);
-  const int writes = messages.files.WritesDone();
+  const int writes = messages_.files.WritesDone();
   ASSERT_TRUE(Save(copy.file, copy.units));
-  EXPECT_EQ(messages.files.WritesDone(), writes);
+  EXPECT_EQ(messages_.files.WritesDone(), writes);
 }
 
 TEST_F(Sup, AShorterSetLeavesTheOldTail) {
@@ -190,7 +181,7 @@ TEST_F(Sup, AShorterSetLeavesTheOldTail) {
   Bytes other = Record(9, UnitEndingAt(140));
   std::fill_n(other.begin() + 6, 4, std::uint8_t{0});
   const SupFile one = Load(other);
-  messages.files.Put(kCopy, Join({record, record, record}));
+  messages_.files.Put(kCopy, Join({record, record, record}));
   ASSERT_TRUE(SaveAs(kCopy, one.units));
   EXPECT_EQ(Content(kCopy), Join({other, record, record}));
 }
@@ -201,7 +192,7 @@ TEST_F(Sup, SavingBackMovesTheRecordsAndClearsTheMarks) {
   SubpictureUnit& second = *sup.units[1];
   const Bytes original = second.state.bytes;
   ASSERT_EQ(SetColour(second, 9, kEmphasis1), Result::kDone);
-  ASSERT_EQ(ReloadSup(second, *sup.file, Context()), Result::kDone);
+  ASSERT_EQ(ReloadSup(second, *sup.file, context_), Result::kDone);
   EXPECT_EQ(second.state.bytes, original);
   EXPECT_FALSE(second.state.modified);
 
@@ -210,7 +201,9 @@ TEST_F(Sup, SavingBackMovesTheRecordsAndClearsTheMarks) {
   const auto positions = Save(sup.file, sup.units);
   ASSERT_TRUE(positions);
   EXPECT_TRUE(second.state.modified);
-  ASSERT_EQ(TakeSavedSup(*sup.file, sup.units, *positions, Context(sup.standard)), Result::kDone);
+  ASSERT_EQ(TakeSavedSup(*sup.file, sup.units, *positions,
+                         (sup.standard == VideoStandard::kPal ? context_ : ntsc_)),
+            Result::kDone);
   EXPECT_FALSE(second.state.modified);
   EXPECT_EQ(second.state.bytes, edited);
   EXPECT_EQ(second.state.freeRoom, 2048);
@@ -228,11 +221,11 @@ TEST_F(Sup, AFailedWriteKeepsMarksAndPositions) {
     const SupFile sup = Load(content);
     ASSERT_EQ(SetColour(*sup.units[1], 9, kEmphasis1), Result::kDone);
     const std::int64_t position = sup.units[1]->supPosition;
-    messages.errors.clear();
-    messages.files.FailWritesFrom(writes);
+    messages_.errors.clear();
+    messages_.files.FailWritesFrom(writes);
     EXPECT_FALSE(Save(sup.file, sup.units));
-    messages.files.FailWritesFrom(-1);
-    EXPECT_EQ(messages.errors.size(), 1U);
+    messages_.files.FailWritesFrom(-1);
+    EXPECT_EQ(messages_.errors.size(), 1U);
     EXPECT_TRUE(sup.units[1]->state.modified);
     EXPECT_EQ(sup.units[1]->supPosition, position);
   }
@@ -244,22 +237,22 @@ TEST_F(Sup, AFailedWriteKeepsMarksAndPositions) {
 }
 
 TEST_F(Sup, AReadOnlyFileIsLoadedAndAMissingOneIsNot) {
-  messages.files.Put(kPath, Record(1, UnitEndingAt(100)));
-  messages.files.SetReadOnly(kPath);
+  messages_.files.Put(kPath, Record(1, UnitEndingAt(100)));
+  messages_.files.SetReadOnly(kPath);
   const SupFile sup = Load();
   EXPECT_FALSE(sup.canWrite);
   EXPECT_EQ(sup.units.size(), 1U);
-  EXPECT_EQ(messages.errors,
+  EXPECT_EQ(messages_.errors,
             (std::vector<std::string>{
                 "File /s/film.sup is read-only, you won't be able to save your changes!"}));
   EXPECT_FALSE(source.Begin()->OpenOrCreate(kPath));
-  EXPECT_FALSE(LoadSup(messages.files, "/s/none.sup", messages.reporter, limit));
-  EXPECT_EQ(messages.errors.size(), 1U);
-  messages.files.Content(kPath).resize(20);
+  EXPECT_FALSE(LoadSup(messages_.files, "/s/none.sup", messages_.reporter, limit_));
+  EXPECT_EQ(messages_.errors.size(), 1U);
+  messages_.files.Content(kPath).resize(20);
   const SpuState before = sup.units[0]->state;
-  EXPECT_EQ(ReloadSup(*sup.units[0], *sup.file, Context()), Result::kFailed);
+  EXPECT_EQ(ReloadSup(*sup.units[0], *sup.file, context_), Result::kFailed);
   EXPECT_EQ(sup.units[0]->state, before);
-  EXPECT_EQ(messages.errors.back(), "Failed to re-load enough data");
+  EXPECT_EQ(messages_.errors.back(), "Failed to re-load enough data");
 }
 
 }  // namespace
