@@ -12,13 +12,17 @@ constexpr std::int64_t kTolerance = kClock / 200;
 
 }  // namespace
 
-void AudioTrack::Reset(std::int64_t startTime) {
+void AudioTrack::Reset() {
   if (open_) output_->Close();
   open_ = false;
   failed_ = false;
   pending_.clear();
-  endTime_ = startTime;
   written_ = 0;
+}
+
+void AudioTrack::StartAt(std::int64_t time) {
+  pending_.clear();
+  endTime_ = time;
 }
 
 std::int64_t AudioTrack::TicksOf(std::size_t pairs) const {
@@ -32,7 +36,7 @@ std::size_t AudioTrack::PairsOf(std::int64_t ticks) const {
 bool AudioTrack::OpenFor(int sampleRate) {
   if (open_ && sampleRate == sampleRate_) return true;
   if (failed_ || output_ == nullptr || sampleRate <= 0) return false;
-  if (open_) Reset(endTime_);
+  if (open_) Reset();
   sampleRate_ = sampleRate;
   open_ = output_->Open(sampleRate);
   failed_ = !open_;

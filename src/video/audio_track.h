@@ -19,8 +19,10 @@ class AudioTrack {
   AudioTrack(const AudioTrack&) = delete;
   AudioTrack& operator=(const AudioTrack&) = delete;
 
-  // Forgets everything; what is heard next is no earlier than `startTime`.
-  void Reset(std::int64_t startTime = 0);
+  // Falls silent and gives the output back.
+  void Reset();
+  // What is added next is heard no earlier than `time`.
+  void StartAt(std::int64_t time);
   // `now` is the time that is on; where nothing is left to be heard, what comes too late is cut.
   void Add(AudioBlock block, std::int64_t now);
   // Takes back what the output has not taken yet, for sound of another stream to follow.

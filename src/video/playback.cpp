@@ -44,6 +44,8 @@ void Playback::Run(const PlayOptions& options) {
     shown_ = 0;
     PlayOnce();
   } while (options.loop && shown_ > 0 && !stop_);
+  audio_.Reset();
+  ShowLastAsStill();
 }
 
 void Playback::PlayOnce() {
@@ -70,8 +72,6 @@ void Playback::PlayOnce() {
     }
   }
   Drain();
-  audio_.Reset();
-  ShowLastAsStill();
 }
 
 bool Playback::WantsMore() {
@@ -130,7 +130,7 @@ void Playback::Begin(std::int64_t time) {
   lastTime_ = lastEnd_ = time;
   lastShown_ = clock_.Now();
   heardStream_ = audioStream_;
-  audio_.Reset(time);
+  audio_.StartAt(time);
 }
 
 std::int64_t Playback::MediaTime() {

@@ -58,7 +58,7 @@ TEST(AudioTrack, GapsBecomeSilenceAndRepeatsAreCut) {
   const auto block = [](std::int64_t time, std::int16_t value) {
     return AudioBlock{time, 48000, std::vector<std::int16_t>(960, value)};  // 10 ms, 900 ticks
   };
-  track.Reset(1000);
+  track.StartAt(1000);
   track.Add(block(460, 1), 1000);  // 60 % before the start
   track.Add(block(1360, 2), 1000);
   track.Add(block(4060, 3), 1000);  // 20 ms late
