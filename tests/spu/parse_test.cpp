@@ -28,31 +28,6 @@ class ParseTest : public EditTest {
   Result result_ = Result::kFailed;
 };
 
-TEST_F(ParseTest, HeightEndsAtTheFrameAndTurnedAreasHaveNoBitmap) {
-  const SubpictureUnit found = Parsed(BuildSpu(Plain(9)));
-  const auto at = *FindCommand(found, kSetDisplayArea, 0);
-  struct Case {
-    DisplayArea area;
-    VideoStandard standard;
-    int width, height;
-  };
-  for (const Case& each : {Case{{0, 7, 470, 489}, VideoStandard::kNtsc, 8, 10},
-                           Case{{0, 7, 470, 489}, VideoStandard::kPal, 8, 20},
-                           Case{{9, 8, 0, 5}, VideoStandard::kPal, 0, 6},
-                           Case{{0, 5, 9, 8}, VideoStandard::kPal, 6, 0},
-                           Case{{0, 5, 576, 900}, VideoStandard::kPal, 6, 0},
-                           Case{{4095, 0, 4095, 0}, VideoStandard::kPal, 0, 0}}) {
-    SubpictureUnit unit = found;
-    const SpuContext context{messages_.reporter, limit_, each.standard};
-    const Bytes command = AreaCommand(each.area);
-    std::copy(command.begin(), command.end(), unit.state.bytes.begin() + at);
-    EXPECT_EQ(ParseControlSequences(unit, 0, 0, context), Result::kDone);
-    EXPECT_EQ(unit.state.width, each.width);
-    EXPECT_EQ(unit.state.height, each.height);
-    EXPECT_EQ(Failed(DecodeBitmap(unit, context)), each.width * each.height == 0);
-  }
-}
-
 // Header, then one sequence at 4 with the given next offset, then another at 12.
 Bytes Chain(int next, std::uint8_t command = kStart) {
   const auto low = static_cast<std::uint8_t>(next);

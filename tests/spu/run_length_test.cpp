@@ -58,26 +58,6 @@ TEST_F(RunLengthTest, RunsAreCutAtTheRowsEndAndNeverLoop) {
   EXPECT_EQ(DecodeRow({}, 4), "0000");                 // zeros past the unit's end
 }
 
-TEST_F(RunLengthTest, DecodesWhatItEncodesAndWhatAnotherCoderWrites) {
-  unsigned seed = 1;
-  for (const int width : {1, 2, 15, 16, 17, 33, 64, 255, 719, 720}) {
-    for (const int height : {1, 2, 3, 10, 31}) {
-      const Rows rows = RandomRows(seed, width, height, seed % 3 == 0 ? 300 : 9);
-      SubpictureUnit unit = Decoded(Subtitle(rows, 0, 100, 9));
-      ASSERT_EQ(PixelRows(unit), rows) << seed;
-      const ContentBox whole{0, 0, static_cast<std::int16_t>(width - 1),
-                             static_cast<std::int16_t>(height - 1)};
-      const EncodedBitmap encoded = EncodeBitmap(unit, whole);
-      Bytes other = BuildField(rows, 0);
-      EXPECT_EQ(encoded.bottomOffset, static_cast<int>(4 + other.size()));
-      const Bytes bottom = BuildField(rows, 1);
-      other.insert(other.end(), bottom.begin(), bottom.end());
-      ASSERT_EQ(encoded.codes, other) << seed;
-      ++seed;
-    }
-  }
-}
-
 TEST_F(RunLengthTest, GathersStatistics) {
   SpuDescription description = Subtitle({"000000", "001000", "000230", "000000"}, 0, 0, 9);
   description.spareBytes = 3;
