@@ -31,7 +31,8 @@ void TakeMessage(void* speaker, int level, const char* format, va_list arguments
 }  // namespace
 
 void DecoderLog::ListenTo(AVCodecContext& context) {
-  av_log_set_callback(TakeMessage);
+  // For the whole process, so once is enough, and decoders begin on several threads.
+  [[maybe_unused]] static const bool installed = (av_log_set_callback(TakeMessage), true);
   context.opaque = this;
 }
 
