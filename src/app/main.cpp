@@ -23,7 +23,6 @@ int main(int argc, char** argv) {
   PrepareEnvironment();
   const std::string firstArgument = argc > 0 ? argv[0] : "";
   const QApplication application(argc, argv);
-  QApplication::setApplicationDisplayName("Quillomar");
   QApplication::setWindowIcon(ProgramIcon());
 
   const auto files = MakeDiskFileSystem();
