@@ -71,35 +71,25 @@ TEST_F(JobsTest, NothingIsDroppedAndClosingWaitsWhileAWorkerRuns) {
   }
 }
 
-TEST_F(JobsTest, ASaveCannotBeStopped) {
+TEST_F(JobsTest, AScanCanBeStoppedAndASaveCannot) {
+  StartJob(Jobs().front());
+  TheEditor().Run(CommandId::kOpenVobs);
+  WaitForIdle();
+  EXPECT_FALSE(TheEditor().Doc().Results().complete);
+  EXPECT_FALSE(Window().Progress().isVisible());
+  EXPECT_TRUE(Window().acceptDrops());
+  program_.reset();
+
   StartOnDisc();
   TheEditor().MoveVertically(4);
   const int top = Shown().picture.y;
-  dialogs_.agrees = true;
-  files_.gate.Close();
-  Key(Qt::Key_S, Qt::ControlModifier);
-  const ProgressWindow& progress = Window().Progress();
+  TheEditor().Run(CommandId::kSaveAll);
   EXPECT_FALSE(IsEnabled("abort"));
-  WaitFor([&] { return progress.windowTitle() == "Saving modifications"; });
-  Key(Qt::Key_Escape);
-  Window().close();
-  files_.gate.Open();
-  WaitFor([this] { return !Window().isVisible(); });
+  TheEditor().Run(CommandId::kAbort);
+  WaitForIdle();
   program_.reset();
   StartOnDisc();
   EXPECT_EQ(Shown().picture.y, top);
-}
-
-TEST_F(JobsTest, EscapeStopsAScan) {
-  files_.gate.Close();
-  Start({disc_->Path("VTS_01_1.VOB")});
-  EXPECT_TRUE(Window().Progress().isVisible());
-  Key(Qt::Key_Escape);
-  files_.gate.Open();
-  WaitForIdle();
-  EXPECT_FALSE(Window().Progress().isVisible());
-  EXPECT_TRUE(Window().acceptDrops());
-  EXPECT_EQ(Shown().count, 0);
 }
 
 TEST_F(JobsTest, AWorkersMessageIsShownByTheWindowsThread) {

@@ -16,7 +16,7 @@ void WindowTest::SetUp() {
 
 void WindowTest::Start(const std::vector<std::string>& arguments) {
   const ProgramPlace place{"/bin/quillomar-test", "", disc_->Folder(), disc_->Folder() + "/state"};
-  program_ = std::make_unique<Program>(files_, dialogs_, place);
+  program_ = std::make_unique<Program>(*files_, dialogs_, place);
   program_->Start(ParseCommandLine(arguments));
   Window().activateWindow();
   WaitFor([this] { return QTest::qWaitForWindowExposed(&Window()); });

@@ -8,8 +8,8 @@
 #include <memory>
 
 #include "app/program.h"
+#include "base/platform.h"
 #include "support/disc_copy.h"
-#include "ui/gated_files.h"
 #include "ui/stub_dialogs.h"
 
 namespace quillomar::test {
@@ -60,7 +60,7 @@ class WindowTest : public testing::Test {
   // The settings file holds this text.
   bool Saved(const std::string& text);
 
-  GatedFileSystem files_;
+  std::unique_ptr<FileSystem> files_ = MakeDiskFileSystem();
   StubDialogs dialogs_;
   std::unique_ptr<DiscCopy> disc_;
   std::unique_ptr<Program> program_;
