@@ -40,7 +40,7 @@ constexpr const char* kOptionHelp =
     "\n"
     "Common options:\n"
     "  --ifo FILE        where the colours of a .sup file come from\n"
-    "  --language CODE   en, fr, ..., in place of what the disc says of its streams\n"
+    "  --language CODE   en, fr, eng, fra, ..., in place of what the disc says of its streams\n"
     "  --json            machine-readable output (list, disc, clut, ocr)\n"
     "  --quiet           only results and errors\n"
     "  --yes             answers questions with yes\n"

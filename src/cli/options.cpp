@@ -8,6 +8,7 @@
 
 #include "base/format.h"
 #include "dvd/pack.h"
+#include "ocr/languages.h"
 #include "spu/colour_edit.h"
 #include "spu/subpicture_unit.h"
 
@@ -134,9 +135,8 @@ bool AddSetting(CliOptions& options, const std::string& text) {
 }
 
 bool SetLanguage(CliOptions& options, const std::string& text) {
-  options.language = text;
-  return (text.size() == 2 || text.size() == 3) &&
-         std::all_of(text.begin(), text.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+  options.language = TwoLetterCode(text);
+  return !options.language.empty();
 }
 
 bool SetFade(CliOptions& options, const std::string& text) {

@@ -6,7 +6,8 @@ namespace quillomar {
 
 std::unique_ptr<OcrEngine> MakeOcrEngine(FileSystem& files, Reporter& reporter,
                                          const std::string& databaseFolder) {
-  auto recognisers = MakeTesseractSource();
+  auto recognisers = MakeTesseractSource(
+      [&reporter](const std::string& message) { reporter.ReportError(message); });
   if (!recognisers) {
     reporter.LogLine("OCR needs a language model of Tesseract (Debian: tesseract-ocr-eng)");
     return nullptr;

@@ -1,6 +1,7 @@
 #include "ocr/letter_rules.h"
 
 #include <algorithm>
+#include <map>
 #include <optional>
 
 #include "ocr/character_shapes.h"
@@ -23,6 +24,8 @@ constexpr double kBarWidth = 0.5;  // x-heights
 // A bar is as thick everywhere, but for so many columns in a row and but for a share of the rows.
 constexpr int kBarRoughness = 1;
 constexpr double kBarRows = 0.9;
+// Of the rows of a bracket and the letter that touches it; x-heights.
+constexpr double kBracketRows = 0.85, kBracketDrop = 0.12;
 constexpr int kBarLean = 2;  // columns that straightening may leave
 // Rises that only capitals and only small letters have, x-heights.
 constexpr double kCapitalRise = 1.2;
@@ -170,6 +173,29 @@ void FixByShape(GlyphText& text, const Glyph& glyph, const LineMetrics& metrics)
   if (In(ch, kNoBars) && IsBar(glyph, metrics)) ch = U'l';
   if (dotted && (ch == U'l' || ch == U'I')) ch = U'i';
   ch = FixCase(FixMark(ch, place), place);
+}
+
+void FixBracket(GlyphText& text, const Glyph& glyph, const GlyphLine& line) {
+  if (text.text.size() != 1 || !IsUpper(text.text[0])) return;
+  std::map<int, int> starts;  // of the rows
+  for (const Component& component : glyph.components) {
+    for (const InkRun& run : component.runs) {
+      const int start = run.first + SlantShift(run.row, line.metrics.baseline, line.slant);
+      const auto [place, isNew] = starts.emplace(run.row, start);
+      if (!isNew) place->second = std::min(place->second, start);
+    }
+  }
+  int rows = 0, last = glyph.box.y0;
+  for (const auto& [row, start] : starts) {
+    if (start > glyph.box.x0 + kBarRoughness) continue;
+    ++rows;
+    last = row;
+  }
+  // No capital has a stroke at its left that goes below the baseline.
+  if (rows >= kBracketRows * glyph.box.Height() &&
+      last - line.metrics.baseline > kBracketDrop * line.metrics.xHeight) {
+    text.text.insert(text.text.begin(), U'[');
+  }
 }
 
 bool FixBars(LineText& line, const std::string& language) {

@@ -11,6 +11,9 @@ namespace quillomar {
 // kinds, music notes.
 void FixByShape(GlyphText& text, const Glyph& glyph, const LineMetrics& metrics);
 
+// Puts the bracket before a capital that touches it, where only the capital was read.
+void FixBracket(GlyphText& text, const Glyph& glyph, const GlyphLine& line);
+
 // A plain upright stroke: "I" or "l" in most type without serifs.
 [[nodiscard]] bool IsBar(const Glyph& glyph, const LineMetrics& metrics);
 

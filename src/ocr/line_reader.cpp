@@ -149,6 +149,7 @@ void LineReader::LayReadings(LineText& line, const std::string& language) const 
     line.JoinGlyphs(i, matches[i].glyphs);
     line.texts.push_back(TextOf(matches[i], line.readings));
     FixByShape(line.texts.back(), line.line.glyphs[i], line.line.metrics);
+    FixBracket(line.texts.back(), line.line.glyphs[i], line.line);
     if (language == "en") continue;
     FixAccent(line.texts.back(), line.line.glyphs[i], line.line);
     const GlyphPlace place = PlaceOf(line.line.glyphs[i].box, line.line.metrics);

@@ -4,31 +4,27 @@
 #include <tesseract/baseapi.h>
 
 #include <algorithm>
-#include <map>
 #include <mutex>
+#include <set>
 
 #include "base/utf8.h"
+#include "ocr/languages.h"
 
 namespace quillomar {
 namespace {
 
-constexpr const char* kSpareModel = "eng";
+constexpr const char* kEnglishModel = "eng";
 constexpr int kResolution = 300;  // told, so that it is not estimated
 // Signs that subtitles do not hold but that recognisers like to see.
 constexpr const char* kNeverRead = "|{}\\~`^_\u00a9\u00ae\u2122\u00a2\u00a5";
 constexpr const char* kNeverInEnglish =
     "|{}\\~`^_\u00a9\u00ae\u2122\u00a7\u00a2\u00a3\u20ac\u00a5\u00ab\u00bb\u00b0";
 
-// What Debian and Tesseract itself call the models, by the two letters of a disc.
 std::string ModelOf(const std::string& language) {
-  static const std::map<std::string, std::string> models = {
-      {"en", "eng"}, {"fr", "fra"}, {"de", "deu"}, {"es", "spa"}, {"it", "ita"}, {"nl", "nld"},
-      {"pt", "por"}, {"sv", "swe"}, {"da", "dan"}, {"no", "nor"}, {"fi", "fin"}, {"pl", "pol"},
-      {"cs", "ces"}, {"hu", "hun"}, {"ro", "ron"}, {"tr", "tur"}, {"hr", "hrv"}, {"sl", "slv"},
-      {"sk", "slk"}, {"et", "est"}, {"lv", "lav"}, {"lt", "lit"}, {"is", "isl"}, {"ca", "cat"},
-      {"el", "ell"}, {"ru", "rus"}, {"uk", "ukr"}, {"bg", "bul"}, {"sr", "srp"}};
-  const auto found = models.find(language);
-  return found == models.end() ? "" : found->second;
+  for (const ReadableLanguage& each : ReadableLanguages()) {
+    if (language == each.code) return each.model;
+  }
+  return {};
 }
 
 class TesseractRecogniser final : public LineRecogniser {
@@ -40,7 +36,7 @@ class TesseractRecogniser final : public LineRecogniser {
     if (api_.Init(nullptr, model.c_str(), tesseract::OEM_LSTM_ONLY) != 0) return false;
     api_.SetVariable("tessedit_do_invert", "0");
     api_.SetVariable("tessedit_char_blacklist",
-                     model == kSpareModel ? kNeverInEnglish : kNeverRead);
+                     model == kEnglishModel ? kNeverInEnglish : kNeverRead);
     api_.SetPageSegMode(tesseract::PSM_SINGLE_LINE);
     return true;
   }
@@ -85,12 +81,28 @@ class TesseractRecogniser final : public LineRecogniser {
 
 class TesseractSource final : public LineRecogniserSource {
  public:
-  explicit TesseractSource(std::unique_ptr<TesseractRecogniser> spare) : spare_(std::move(spare)) {}
+  explicit TesseractSource(ModelMessage tell) : tell_(std::move(tell)) {}
+
+  // Whether there is any model.
+  bool Start() {
+    std::vector<std::string> models = {kEnglishModel, "script/Latin", "Latin"};
+    for (const ReadableLanguage& each : ReadableLanguages()) models.emplace_back(each.model);
+    for (const std::string& model : models) {
+      first_ = MakeFor(model);
+      firstModel_ = model;
+      if (first_) return true;
+    }
+    return false;
+  }
 
   std::unique_ptr<LineRecogniser> Make(const std::string& language) override {
-    for (const std::string& model : {ModelOf(language), std::string("script/Latin"),
-                                     std::string("Latin"), std::string(kSpareModel)}) {
-      if (auto recogniser = MakeFor(model)) return recogniser;
+    const std::string own = ModelOf(language);
+    if (auto recogniser = MakeFor(own)) return recogniser;
+    for (const std::string& model : SpareModels()) {
+      if (auto recogniser = MakeFor(model)) {
+        Tell(language, own, model);
+        return recogniser;
+      }
     }
     return nullptr;
   }
@@ -98,25 +110,44 @@ class TesseractSource final : public LineRecogniserSource {
  private:
   std::unique_ptr<LineRecogniser> MakeFor(const std::string& model) {
     if (model.empty()) return nullptr;
-    if (model == kSpareModel) {
+    if (model == firstModel_) {
       const std::lock_guard lock(mutex_);
-      if (spare_) return std::move(spare_);
+      if (first_) return std::move(first_);
     }
     auto recogniser = std::make_unique<TesseractRecogniser>();
-    return recogniser->Start(model) ? std::move(recogniser) : nullptr;
+    if (!recogniser->Start(model)) return nullptr;
+    return recogniser;
+  }
+  // The models that may stand in for another language's, the better ones first.
+  [[nodiscard]] std::vector<std::string> SpareModels() const {
+    return {"script/Latin", "Latin", kEnglishModel, firstModel_};
+  }
+  // Once for each language that is known.
+  void Tell(const std::string& language, const std::string& own, const std::string& used) {
+    if (language.empty() || !tell_) return;
+    {
+      const std::lock_guard lock(mutex_);
+      if (!told_.insert(language).second) return;
+    }
+    tell_("Tesseract's model for subpics in the language \"" + language + "\" is not installed" +
+          (own.empty() ? "" : " (package tesseract-ocr-" + own + ")") +
+          ". They are read with the model \"" + used + "\".");
   }
 
+  ModelMessage tell_;
   std::mutex mutex_;
+  std::set<std::string> told_;
   // The one that showed that there is a model; the first to ask for it gets it.
-  std::unique_ptr<TesseractRecogniser> spare_;
+  std::unique_ptr<LineRecogniser> first_;
+  std::string firstModel_;
 };
 
 }  // namespace
 
-std::unique_ptr<LineRecogniserSource> MakeTesseractSource() {
-  auto spare = std::make_unique<TesseractRecogniser>();
-  if (!spare->Start(kSpareModel)) return nullptr;
-  return std::make_unique<TesseractSource>(std::move(spare));
+std::unique_ptr<LineRecogniserSource> MakeTesseractSource(ModelMessage tell) {
+  auto source = std::make_unique<TesseractSource>(std::move(tell));
+  if (!source->Start()) return nullptr;
+  return source;
 }
 
 }  // namespace quillomar

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "ocr/learning_engine.h"
-#include "support/plain_type.h"
 #include "spu/char_box.h"
 #include "support/message_collector.h"
+#include "support/plain_type.h"
 
 namespace quillomar {
 namespace {

@@ -48,9 +48,42 @@ TEST(GlyphRulesTest, ANoteHasAHeadAStemAndAFlag) {
   auto letterF = Note();
   for (std::size_t row = 11; row < 15; ++row) letterF[row] = "....#...";
   EXPECT_FALSE(isNote(letterF));
+  auto broken = Note();
+  for (std::size_t row = 5; row < 11; ++row) broken[row] = ".......#";
+  EXPECT_TRUE(isNote(broken));
+  auto question = broken;
+  for (std::size_t row = 8; row < 11; ++row) question[row] = "........";
+  EXPECT_FALSE(isNote(question));
   std::vector<std::string> serifs(18, "..##..");
   for (const std::size_t row : {0U, 1U, 16U, 17U}) serifs[row] = "######";
   EXPECT_FALSE(isNote(serifs));
+}
+
+TEST(GlyphRulesTest, ABracketMayTouchACapital) {
+  std::vector<std::string> rows(20, "##......##");
+  for (const std::size_t row : {0U, 19U}) rows[row] = "####....##";
+  rows[17] = "##########";
+  const auto read = [&](int baseline) {
+    GlyphText text;
+    text.text = U"J";
+    FixBracket(text, WholePicture(rows), {0, {baseline, 10}, {}});
+    return text.text;
+  };
+  EXPECT_EQ(read(16), U"[J");
+  EXPECT_EQ(read(19), U"J");
+}
+
+TEST(GlyphRulesTest, DescendersAndBracketsAreNotTheBaseline) {
+  InkLine line;
+  line.typicalHeight = 20;
+  for (const auto& [top, bottom] :
+       {std::pair{2, 29}, {8, 29}, {8, 23}, {8, 23}, {8, 29}, {2, 29}}) {
+    Component component;
+    for (int row = top; row <= bottom; ++row) component.Add({row, 0, 4});
+    line.box.Join(component.box);
+    line.components.push_back(component);
+  }
+  EXPECT_EQ(FindBaseline(line), 23);
 }
 
 TEST(GlyphRulesTest, MarksDecideTheAccentThatWasNotRead) {
