@@ -68,6 +68,7 @@ TEST_F(RunLengthTest, GathersStatistics) {
   EXPECT_EQ(statistics.box, (ContentBox{2, 1, 4, 2}));
   EXPECT_FALSE(statistics.empty);
   EXPECT_EQ(unit.state.spareRoom, 3);
+  EXPECT_EQ(unit.state.alignedWidth, 8);
   // Rows of 1, 2, 2 and 1 bytes; the last two entries are after the fields' ends.
   const auto& starts = statistics.lineStarts;
   EXPECT_EQ(std::vector(starts.begin(), starts.begin() + 6),
