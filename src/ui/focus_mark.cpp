@@ -42,11 +42,11 @@ class Ring final : public QFocusFrame {
 };
 
 // Windows that take the keyboard as a whole have no control to be marked. Where keys mean something
-// else it is told also after a click.
+// else, and in what pops up, it is told also after a click.
 bool IsMarked(const QWidget* control) {
   return control != nullptr && !control->isWindow() &&
          (control->window()->testAttribute(Qt::WA_KeyboardFocusChange) ||
-          KeysKeptBy(control) == KeptKeys::kSteps);
+          control->window()->windowType() == Qt::Popup || KeysKeptBy(control) == KeptKeys::kSteps);
 }
 
 }  // namespace

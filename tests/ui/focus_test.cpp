@@ -67,6 +67,9 @@ TEST_F(FocusTest, TabReachesEveryControlAndShowsIt) {
   WalkThroughDialog("preferences", CommandId::kPreferences);
   WalkThroughDialog("applyAll", CommandId::kApplyLastToAll);
   WalkThroughDialog("retime", CommandId::kRetimeAll);
+  KeyOn("swatch1", Qt::Key_Return);
+  QTest::qWait(0);
+  ExpectMark(*Find<QWidget>("clutPopup").focusWidget());
 }
 
 }  // namespace
