@@ -108,7 +108,8 @@ class LineSplitter {
 
   // The last row of the upper part; nothing when the band is one line.
   [[nodiscard]] std::optional<int> CutRow(const Band& band) const {
-    const int least = static_cast<int>(Heights(kLowestPart));
+    // Specks are no higher than a row.
+    const int least = std::max(static_cast<int>(Heights(kLowestPart)), 1);
     std::optional<int> best;
     double bestScore = 1;
     for (int row = band.top + least; row + least <= band.bottom; ++row) {
