@@ -17,8 +17,7 @@ using test::Cli;
 using test::DiscCopy;
 using test::FfmpegSubtitle;
 
-constexpr double kSrtClock = 90000.0 / 90090.0;  // of the NTSC discs
-constexpr double kFrame = 0.045;                 // seconds; a unit of delay more
+constexpr double kFrame = 0.045;  // seconds; a unit of delay more
 
 constexpr double kNoEnd = -1;
 
@@ -28,22 +27,21 @@ struct Truth {
 };
 
 // Seconds at which each program chain of a disc begins.
-std::map<int, double> ChainStarts(const std::string& text) {
+std::map<int, double> ChainStarts(const std::string& text, double frame) {
   const std::regex vob(R"re("pgc": (\d+), "frames": (\d+))re");
-  constexpr double kFrameSeconds = 1001.0 / 30000;
   std::map<int, double> starts;
   double end = 0;
   for (std::sregex_iterator match(text.begin(), text.end(), vob), none; match != none; ++match) {
     starts.try_emplace(std::stoi((*match)[1]), end);
-    end += std::stod((*match)[2]) * kFrameSeconds;
+    end += std::stod((*match)[2]) * frame;
   }
   return starts;
 }
 
-std::vector<Truth> ReadTruth(const std::string& path) {
+std::vector<Truth> ReadTruth(const std::string& path, double frame) {
   const Bytes bytes = test::FileBytes(path);
   const std::string text(bytes.begin(), bytes.end());
-  auto starts = ChainStarts(text);
+  auto starts = ChainStarts(text, frame);
   const std::regex subtitle(
       R"re("pgc": (\d+), .*"start": ([\d.]+), "end": ([\d.]+|null), .*"lines": \[(("([^"\\]|\\.)*"(, )?)+)\])re");
   const std::regex line(R"re("(([^"\\]|\\.)*)")re");
@@ -115,20 +113,29 @@ class ReadDisc : public testing::Test {
 };
 
 TEST_F(ReadDisc, TextAndTimesThatWentInComeOut) {
-  const std::string path = disc_->Path("text.srt");
-  ASSERT_EQ(Cli({"ocr", "--srt", path}, disc_->TitleVobs()).exitCode, 0);
-  const auto truth =
-      ReadTruth(EnvironmentVariable("QUILLOMAR_DISCS").value_or("") + "/ntsc/truth.json");
-  const auto found = ReadSrt(path);
-  ASSERT_EQ(truth.size(), 35U);
-  EXPECT_EQ(found.size(), truth.size());
-  for (const Truth& each : truth) {
-    const auto same = std::find_if(found.begin(), found.end(), [&](const Truth& srt) {
-      return srt.text == each.text && std::abs(srt.start - each.start * kSrtClock) < 0.002;
-    });
-    ASSERT_NE(same, found.end()) << each.start << "\n" << each.text;
-    const double last = each.end == kNoEnd ? kNoEnd : each.end * kSrtClock;
-    EXPECT_NEAR(same->end, last, kFrame) << each.text;
+  struct Standard {
+    const char* disc;
+    double frame, srtClock;
+  };
+  const std::string discs = EnvironmentVariable("QUILLOMAR_DISCS").value_or("");
+  for (const Standard& standard :
+       {Standard{"ntsc", 1001.0 / 30000, 90000.0 / 90090.0}, Standard{"pal", 1.0 / 25, 1}}) {
+    const DiscCopy disc(standard.disc);
+    const std::string path = disc.Path("text.srt");
+    ASSERT_EQ(Cli({"ocr", "--srt", path}, disc.TitleVobs()).exitCode, 0);
+    const auto truth = ReadTruth(discs + "/" + standard.disc + "/truth.json", standard.frame);
+    const auto found = ReadSrt(path);
+    ASSERT_EQ(truth.size(), 35U);
+    EXPECT_EQ(found.size(), truth.size());
+    for (const Truth& each : truth) {
+      const auto same = std::find_if(found.begin(), found.end(), [&](const Truth& srt) {
+        return srt.text == each.text &&
+               std::abs(srt.start - each.start * standard.srtClock) < 0.002;
+      });
+      ASSERT_NE(same, found.end()) << standard.disc << each.start << "\n" << each.text;
+      const double last = each.end == kNoEnd ? kNoEnd : each.end * standard.srtClock;
+      EXPECT_NEAR(same->end, last, kFrame) << each.text;
+    }
   }
 }
 
