@@ -101,6 +101,17 @@ bool IsRegularFile(int descriptor) {
   return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
+Result SyncNames(const std::string& folder) {
+  const int descriptor =
+      ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return Result::kFailed;
+  const int outcome = ::fsync(descriptor);
+  // Some file systems cannot sync a folder and keep its names in order by themselves.
+  const bool done = outcome == 0 || errno == EINVAL || errno == ENOTSUP;
+  ::close(descriptor);
+  return done ? Result::kDone : Result::kFailed;
+}
+
 class DiskFileSystem final : public FileSystem {
  public:
   std::unique_ptr<File> Open(const std::string& path, OpenMode mode) override {
@@ -175,16 +186,7 @@ class DiskFileSystem final : public FileSystem {
     return ::rename(from.c_str(), to.c_str()) == 0 ? Result::kDone : Result::kFailed;
   }
 
-  Result SyncFolder(const std::string& folder) override {
-    const int descriptor =
-        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return Result::kFailed;
-    const int outcome = ::fsync(descriptor);
-    // Some file systems cannot sync a folder and keep its names in order by themselves.
-    const bool done = outcome == 0 || errno == EINVAL || errno == ENOTSUP;
-    ::close(descriptor);
-    return done ? Result::kDone : Result::kFailed;
-  }
+  Result SyncFolder(const std::string& folder) override { return SyncNames(folder); }
 };
 
 // A folder that another user could have prepared is refused: files are written to it under names
@@ -249,7 +251,12 @@ std::string StateFolder() {
   std::string folder =
       ownPlace ? JoinPath(appData, "state") : BaseFolder("XDG_STATE_HOME", ".local/state");
   std::error_code error;
-  std::filesystem::create_directories(folder, error);
+  if (!std::filesystem::create_directories(folder, error)) return folder;
+  // A journal in a folder that is gone after a crash would be of no use.
+  for (auto made = std::filesystem::path(folder); made.has_relative_path();) {
+    made = made.parent_path();
+    (void)SyncNames(made.string());
+  }
   return folder;
 }
 

@@ -15,6 +15,9 @@ namespace quillomar {
 class WriteTransaction {
  public:
   virtual ~WriteTransaction() = default;
+  // Refuses, with a message, changes of so many bytes in all that could not be taken back. Called
+  // before the first of them by whoever may change much.
+  [[nodiscard]] virtual Result Reserve(std::uint64_t bytes) = 0;
   // Overwrites bytes of the file; what already stands there is not written again.
   [[nodiscard]] virtual Result Write(const std::shared_ptr<File>& file, std::uint64_t offset,
                                      ByteSpan bytes) = 0;

@@ -198,8 +198,23 @@ Result Document::CheckUnchanged() {
   return Result::kDone;
 }
 
+std::uint64_t Document::IfoBytes() const {
+  constexpr std::uint64_t kKib = 1024;
+  constexpr std::uint64_t kCopies = 2;
+  return ifo_.SizeKib() * kKib * kCopies;
+}
+
+Result Document::ReserveForSave(WriteTransaction& transaction) {
+  std::uint64_t bytes = IfoBytes();
+  for (const OwnedUnit& unit : Owned()) {
+    if (unit->state.modified) bytes += unit->packs.size() * kSectorSize;
+  }
+  return transaction.Reserve(bytes);
+}
+
 Result Document::SaveVobs(JobControl& control) {
   const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
+  if (Failed(ReserveForSave(*transaction))) return Result::kFailed;
   OwnedUnits saved;
   const Result cluts = SaveCluts(*transaction);
   const Result units = SaveUnits(*transaction, control, saved);
@@ -215,7 +230,7 @@ Result Document::Commit(WriteTransaction& transaction) {
   if (!Failed(transaction.Commit())) return Result::kDone;
   session_.reporter.ReportError(
       "The changes could not be written safely to the disk.\n"
-      "Keep the files open and save again once the disk works.");
+      "Keep the files open and try again once the disk works.");
   return Result::kFailed;
 }
 

@@ -96,7 +96,8 @@ class Document final : private PackConsumer {
   Result Save(JobControl& control);
   // Moves units, given in the order of the list, by a number of seconds and repairs the navigation,
   // in one transaction. Only for a whole title domain, scanned to its end. What could not be moved
-  // is reported; fails on a failing disk only.
+  // is reported; fails, with everything as it was, when there is no room to keep what would be
+  // overwritten, and on a failing disk.
   Result Retime(const UnitList& selection, double seconds, JobControl& control);
   Result ReloadUnit(SubpictureUnit& unit);
   // The colour table of a program chain, also of one outside the open domain, for changes that are
@@ -114,6 +115,9 @@ class Document final : private PackConsumer {
   void NoteStamps();
   // Refuses, with a message, files that something else has changed meanwhile.
   [[nodiscard]] Result CheckUnchanged();
+  // Of the IFO and its backup.
+  [[nodiscard]] std::uint64_t IfoBytes() const;
+  [[nodiscard]] Result ReserveForSave(WriteTransaction& transaction);
   Result SaveCluts(WriteTransaction& transaction);
   Result SaveVobs(JobControl& control);
   Result SaveIntoSup();

@@ -13,6 +13,7 @@ namespace {
 
 constexpr const char* kRunning = ".journal";
 constexpr const char* kSaved = ".saved";
+constexpr const char* kUnfinished = ".new";
 // Saved transactions that are kept, over all discs: some gigabytes at worst.
 constexpr std::size_t kMostSaved = 3;
 
@@ -56,6 +57,7 @@ Result PutBack(FileSystem& files, File& journal, const std::vector<JournaledFile
 
 std::vector<std::string> JournalFolder::Canonical(const std::vector<std::string>& paths) {
   std::vector<std::string> canonical;
+  canonical.reserve(paths.size());
   for (const std::string& path : paths) canonical.push_back(files_.Canonical(path));
   return canonical;
 }
@@ -110,7 +112,10 @@ std::shared_ptr<File> JournalFolder::OpenKnown(const JournaledFile& known, File&
                known.path.c_str()));
     return nullptr;
   }
-  if (IdentityBefore(*file, known, journal) == known.identity) return file;
+  if (KeepsWhatIsCutOff(known, file->Size()) &&
+      IdentityBefore(*file, known, journal) == known.identity) {
+    return file;
+  }
   reporter_.ReportError(
       Format("%s is not the file that was being changed: another one stands in its place.\n"
              "Nothing was restored.",
@@ -118,9 +123,15 @@ std::shared_ptr<File> JournalFolder::OpenKnown(const JournaledFile& known, File&
   return nullptr;
 }
 
+Result JournalFolder::Refuse(const std::string& journal) {
+  reporter_.ReportError(
+      Format("The journal %s is damaged. Nothing was restored.", journal.c_str()));
+  return Result::kFailed;
+}
+
 Result JournalFolder::RestoreLocked(File& journal, const std::string& path) {
   const auto known = ReadJournal(journal);
-  if (!known) return Result::kFailed;
+  if (!known) return Refuse(path);
   std::vector<std::shared_ptr<File>> handles;
   for (const JournaledFile& file : *known) {
     handles.push_back(file.created ? nullptr : OpenKnown(file, journal));
@@ -150,8 +161,9 @@ std::optional<std::string> JournalFolder::Saved(const std::vector<std::string>& 
 
 Result JournalFolder::TakeBack(const std::string& journal) {
   const auto file = Lock(journal);
-  const auto known = file ? ReadJournal(*file) : std::nullopt;
-  if (!known) return Result::kFailed;
+  if (!file) return Result::kFailed;
+  const auto known = ReadJournal(*file);
+  if (!known) return Refuse(journal);
   for (const JournaledFile& each : *known) {
     const auto stamp = files_.Stamp(each.path);
     if (stamp && each.left && stamp->size == each.left->size &&
@@ -172,10 +184,24 @@ Result JournalFolder::TakeBack(const std::string& journal) {
   return RestoreLocked(*file, running);
 }
 
+std::string JournalFolder::UnfinishedPath(const std::string& journal) {
+  return journal + kUnfinished;
+}
+
 std::string JournalFolder::JournalPath(const std::string& firstFile) const {
   const Bytes name(firstFile.begin(), firstFile.end());
   return JoinPath(path_,
                   Format("%016llx", static_cast<unsigned long long>(Checksum(name))) + kRunning);
+}
+
+void JournalFolder::DropHalfMade(const std::string& path) {
+  for (const std::string& left : Left({path})) {
+    const auto journal = files_.Open(left, OpenMode::kReadOnly);
+    const auto known = journal ? ReadJournal(*journal, JournalDepth::kNames) : std::nullopt;
+    const bool created = known && std::all_of(known->begin(), known->end(),
+                                              [](const auto& file) { return file.created; });
+    if (created) (void)Restore(left);
+  }
 }
 
 bool JournalFolder::Claimed(const std::string& canonicalPath, const std::string& own) {
@@ -193,15 +219,21 @@ Result JournalFolder::Retire(const std::string& journal, const std::vector<std::
   for (const std::string& older : Find(kSaved, paths)) {
     if (older != saved) (void)files_.Remove(older);
   }
+  DropOld();
+  return Result::kDone;
+}
+
+void JournalFolder::DropOld() {
   std::vector<std::pair<std::int64_t, std::string>> byAge;
   for (const std::string& name : files_.List(path_)) {
     const std::string path = JoinPath(path_, name);
-    if (SplitPath(name).extension != kSaved) continue;
-    byAge.emplace_back(files_.ModificationTime(path).value_or(0), path);
+    const std::string extension = SplitPath(name).extension;
+    if (extension == kSaved) byAge.emplace_back(files_.ModificationTime(path).value_or(0), path);
+    const bool unfinished = extension == kUnfinished;
+    if (unfinished && files_.Open(path, OpenMode::kExclusiveWrite)) (void)files_.Remove(path);
   }
   std::sort(byAge.begin(), byAge.end());
   for (std::size_t i = 0; i + kMostSaved < byAge.size(); ++i) (void)files_.Remove(byAge[i].second);
-  return Result::kDone;
 }
 
 Result JournalFolder::Drop(const std::string& path) {

@@ -45,10 +45,15 @@ class JournalFolder {
   // For the transaction that writes journals.
   [[nodiscard]] const std::string& Path() const { return path_; }
   [[nodiscard]] std::string JournalPath(const std::string& firstFile) const;
+  // Its name until it holds something.
+  [[nodiscard]] static std::string UnfinishedPath(const std::string& journal);
+  // Removes what is there of a file that an interrupted transaction was only creating: nothing of
+  // anyone's is lost by that, and nobody could open it to be asked.
+  void DropHalfMade(const std::string& path);
   // Whether some journal but `own` speaks of the file: it is being changed, or waits for recovery.
   [[nodiscard]] bool Claimed(const std::string& canonicalPath, const std::string& own);
-  // Renames the journal of a committed transaction, which commits it, and drops older ones. Fails
-  // when the name could not be changed.
+  // Renames the journal of a committed transaction, which commits it, and drops older ones and what
+  // interrupted ones left before they changed anything. Fails when the name could not be changed.
   [[nodiscard]] Result Retire(const std::string& journal, const std::vector<std::string>& paths);
   // Removes a file of this folder and makes that last.
   Result Drop(const std::string& path);
@@ -57,6 +62,9 @@ class JournalFolder {
   [[nodiscard]] std::vector<std::string> Find(const char* extension,
                                               const std::vector<std::string>& paths);
   [[nodiscard]] std::vector<std::string> Canonical(const std::vector<std::string>& paths);
+  void DropOld();
+  // Says that a journal cannot be read; always fails.
+  Result Refuse(const std::string& journal);
   Result RestoreLocked(File& journal, const std::string& path);
   [[nodiscard]] std::shared_ptr<File> OpenKnown(const JournaledFile& known, File& journal);
   [[nodiscard]] std::unique_ptr<File> Lock(const std::string& journal);

@@ -62,6 +62,8 @@ bool TakeFile(std::vector<JournaledFile>& files, const RecordHead& head, const B
   if (!follows || payload.size() < kFilePathOffset) return false;
   JournaledFile file;
   file.path.assign(payload.begin() + kFilePathOffset, payload.end());
+  const auto sameFile = [&](const JournaledFile& other) { return other.path == file.path; };
+  if (std::any_of(files.begin(), files.end(), sameFile)) return false;
   file.created = GetLittle32(payload, kFileCreatedOffset) != 0;
   file.identity = GetLittle64(payload, kFileIdentityOffset);
   file.size = head.value;
@@ -113,6 +115,16 @@ std::optional<std::vector<JournaledFile>> ReadJournal(File& journal, JournalDept
     if (!TakeRecord(files, *head, walker)) return std::nullopt;
   }
   return files;
+}
+
+bool KeepsWhatIsCutOff(const JournaledFile& known, std::uint64_t size) {
+  std::vector<KeptBytes> kept = known.kept;
+  std::sort(kept.begin(), kept.end(),
+            [](const KeptBytes& a, const KeptBytes& b) { return a.place < b.place; });
+  for (const KeptBytes& bytes : kept) {
+    if (bytes.place <= size) size = std::max(size, bytes.place + bytes.size);
+  }
+  return size >= known.size;
 }
 
 std::optional<std::uint64_t> IdentityBefore(File& file, const JournaledFile& known, File& journal) {

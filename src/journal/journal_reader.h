@@ -35,6 +35,9 @@ enum class JournalDepth { kWhole, kNames };
 [[nodiscard]] std::optional<std::vector<JournaledFile>> ReadJournal(
     File& journal, JournalDepth depth = JournalDepth::kWhole);
 
+// Whether the journal keeps all that a file of `size` bytes now lacks at its end.
+[[nodiscard]] bool KeepsWhatIsCutOff(const JournaledFile& known, std::uint64_t size);
+
 // Identity of a file, with the bytes that the journal keeps in place of what now stands there.
 // Nothing when a sampled page is neither kept nor readable.
 [[nodiscard]] std::optional<std::uint64_t> IdentityBefore(File& file, const JournaledFile& known,

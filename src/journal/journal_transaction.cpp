@@ -11,8 +11,7 @@
 namespace quillomar {
 namespace {
 
-// Changes that are held in memory before the files are touched: 64 MiB. A save stays below it, so
-// that what forbids it is found out before its first byte is written.
+// Changes that are held in memory before the files are touched: 64 MiB.
 constexpr std::size_t kMostPendingPages = std::size_t{1} << 15;
 constexpr std::size_t kJournalBlock = std::size_t{1} << 20;
 // Room for what a journal holds besides old bytes, and for the file system's own needs.
@@ -88,8 +87,9 @@ std::optional<std::size_t> JournalTransaction::Read(File& file, std::uint64_t of
 
 std::shared_ptr<File> JournalTransaction::OpenOrCreate(const std::string& path) {
   if (broken_) return nullptr;
-  if (files_.Exists(path)) return files_.Open(path, OpenMode::kReadWrite);
   const std::string canonical = files_.Canonical(path);
+  if (!journal_) folder_.DropHalfMade(canonical);
+  if (files_.Exists(path)) return files_.Open(path, OpenMode::kReadWrite);
   // The journal knows of the file before there is one.
   if (Failed(AnnounceCreation(canonical))) {
     broken_ = true;
@@ -106,7 +106,7 @@ std::shared_ptr<File> JournalTransaction::OpenOrCreate(const std::string& path) 
 }
 
 Result JournalTransaction::AnnounceCreation(const std::string& path) {
-  if (Failed(Admit(path, true)) || Failed(CheckRoom()) || Failed(NeedJournal(path))) {
+  if (Failed(Admit(path, true)) || Failed(CheckRoom(PendingPages())) || Failed(NeedJournal(path))) {
     return Result::kFailed;
   }
   const RecordHead head{RecordKind::kFile, static_cast<std::uint32_t>(announced_.size()), 0, 0};
@@ -126,8 +126,8 @@ Result JournalTransaction::Admit(const std::string& path, bool created) {
              path.c_str()));
 }
 
-Result JournalTransaction::CheckRoom() {
-  const std::uint64_t needed = PendingPages() * (kPageSize + kRecordHeadSize) + kRoomToSpare;
+Result JournalTransaction::CheckRoom(std::uint64_t pages) {
+  const std::uint64_t needed = pages * (kPageSize + kRecordHeadSize) + kRoomToSpare;
   const auto room = files_.FreeSpace(folder_.Path());
   if (!room || *room >= needed) return Result::kDone;
   constexpr std::uint64_t kKiB = 1024;
@@ -141,7 +141,7 @@ Result JournalTransaction::NeedJournal(const std::string& firstPath) {
   if (journal_) return Result::kDone;
   (void)files_.CreateFolder(folder_.Path());
   lastingPath_ = folder_.JournalPath(firstPath);
-  journalPath_ = lastingPath_ + ".new";
+  journalPath_ = JournalFolder::UnfinishedPath(lastingPath_);
   if (!files_.Exists(lastingPath_)) journal_ = files_.Open(journalPath_, OpenMode::kCreateLocked);
   if (!journal_) {
     return Refuse(
@@ -205,7 +205,8 @@ Result JournalTransaction::Flush() {
   for (const Member* const member : changed) {
     if (!member->number && Failed(Admit(member->path, false))) return Break();
   }
-  if (Failed(CheckRoom()) || Failed(NeedJournal(changed.front()->path))) return Break();
+  if (Failed(CheckRoom(PendingPages())) || Failed(NeedJournal(changed.front()->path)))
+    return Break();
   for (Member* const member : changed) {
     if (Failed(KeepOldBytes(*member))) return Break();
   }

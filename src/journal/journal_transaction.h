@@ -28,6 +28,7 @@ class JournalTransaction final : public WriteTransaction {
   JournalTransaction(const JournalTransaction&) = delete;
   JournalTransaction& operator=(const JournalTransaction&) = delete;
 
+  Result Reserve(std::uint64_t bytes) override { return CheckRoom(bytes / kPageSize); }
   Result Write(const std::shared_ptr<File>& file, std::uint64_t offset, ByteSpan bytes) override;
   Result SetSize(const std::shared_ptr<File>& file, std::uint64_t size) override;
   std::optional<std::size_t> Read(File& file, std::uint64_t offset,
@@ -54,7 +55,7 @@ class JournalTransaction final : public WriteTransaction {
   [[nodiscard]] Result KeepOldBytes(Member& member);
   // What must hold before a file is written to or created for the first time.
   [[nodiscard]] Result Admit(const std::string& path, bool created);
-  [[nodiscard]] Result CheckRoom();
+  [[nodiscard]] Result CheckRoom(std::uint64_t pages);
   [[nodiscard]] Result NeedJournal(const std::string& firstPath);
   [[nodiscard]] Result Announce(Member& member);
   [[nodiscard]] Result AnnounceCreation(const std::string& path);

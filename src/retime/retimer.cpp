@@ -79,6 +79,25 @@ Result Retimer::RetimeSelected(std::span<const std::shared_ptr<SubpictureUnit>> 
   return RepairNavigation();
 }
 
+std::uint64_t Retimer::SectorsChanged(std::span<const std::shared_ptr<SubpictureUnit>> selection,
+                                      double seconds) const {
+  const std::int64_t delta = DeltaTicks(seconds, disc_.results.standard);
+  const std::vector<VobuEntry>& vobus = disc_.results.vobus;
+  std::vector<bool> crossed(vobus.size(), false);
+  for (const auto& unit : selection) {
+    const auto current = VobuAt(vobus, unit->Lba());
+    const auto target =
+        current ? timeline_.Target(*current, unit->state.pts + delta, delta >= 0) : std::nullopt;
+    if (!target || *target == *current) continue;
+    const auto [first, last] = CandidateRange(*target, vobus.size());
+    std::fill(crossed.begin() + static_cast<std::ptrdiff_t>(std::min(first, *current)),
+              crossed.begin() + static_cast<std::ptrdiff_t>(std::max(last, *current)) + 1, true);
+  }
+  std::uint64_t sectors = selection.size();
+  for (std::size_t i = 0; i < vobus.size(); ++i) sectors += crossed[i] ? vobus[i].length : 1;
+  return sectors;
+}
+
 bool Retimer::MayMove(const SubpictureUnit& unit) {
   if (unit.HasButtons()) {
     reporter_.LogLine(
@@ -224,9 +243,7 @@ void Retimer::PlaceInVobus(std::size_t first, std::size_t last) {
 
 Result Retimer::FlushBuffer() {
   if (!Failed(buffer_.Flush())) return Result::kDone;
-  reporter_.ReportError(
-      "The moved packs could not be written to the disk.\n"
-      "Restore the files or open them again before you go on.");
+  reporter_.ReportError("The moved packs could not be written to the disk.");
   return Result::kFailed;
 }
 

@@ -40,8 +40,13 @@ class Retimer {
   Retimer(const RetimedDisc& disc, WriteTransaction& transaction, Reporter& reporter,
           JobControl& control);
 
-  // Moves one unit; repairs the navigation if its packs had to move. Fails on a failing disk only;
-  // the disc is then in a state that only its old bytes or a new scan can mend.
+  // Sectors of the set that moving these units changes at most, or nearly so: those between where
+  // they are and where they may go, and all nav packs.
+  [[nodiscard]] std::uint64_t SectorsChanged(
+      std::span<const std::shared_ptr<SubpictureUnit>> selection, double seconds) const;
+
+  // Moves one unit; repairs the navigation if its packs had to move. Fails on a failing disk only:
+  // what is known of the disc is then half of what it was and half of what it would have become.
   Result RetimeOne(SubpictureUnit& unit, double seconds);
   // Moves the units of a selection, given in the order of the list. Stops where the user or a unit
   // says so; units moved until then stay moved.

@@ -59,6 +59,14 @@ std::optional<std::size_t> Timeline::Target(std::size_t current, std::int64_t ne
   return forward ? WalkForward(current, newTime) : WalkBackward(current, newTime);
 }
 
+std::pair<std::size_t, std::size_t> CandidateRange(std::size_t target, std::size_t count) {
+  const auto [lowest, highest] =
+      std::minmax_element(kCandidateOffsets.begin(), kCandidateOffsets.end());
+  const auto below = static_cast<std::size_t>(-*lowest);
+  return {target - std::min(target, below),
+          std::min(target + static_cast<std::size_t>(*highest), count - 1)};
+}
+
 std::optional<Destination> ChooseDestination(const Timeline& timeline, std::size_t current,
                                              std::size_t target, std::size_t count,
                                              const std::function<bool(std::size_t)>& free) {

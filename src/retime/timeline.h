@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "dvd/scan_results.h"
@@ -37,6 +38,10 @@ class Timeline {
 };
 
 inline constexpr int kCandidates = 4;
+
+// VOBUs that may be chosen for a target, first and last, in a list of `count`.
+[[nodiscard]] std::pair<std::size_t, std::size_t> CandidateRange(std::size_t target,
+                                                                 std::size_t count);
 
 struct Destination {
   std::size_t vobu = 0;

@@ -79,6 +79,8 @@ TEST_F(Journal, RefusesBeforeTheFirstByte) {
   messages.files.SetFreeSpace(1000);
   EXPECT_NE(refused().find("There is not enough room in /state"), std::string::npos);
   messages.files.SetFreeSpace(1'000'000);
+  EXPECT_EQ(Begin()->Reserve(500'000), Result::kDone);
+  EXPECT_EQ(Begin()->Reserve(1'000'000), Result::kFailed);
   messages.files.SetReadOnly(kPath);
   EXPECT_EQ(refused(), "/d/VTS_01_1.VOB can no longer be written.\nNothing was changed.");
   messages.files.Put(kPath, old);
@@ -141,6 +143,27 @@ TEST_F(Journal, OfACommittedTransactionTakesItBackUnlessTheFileHasChanged) {
   const Bytes third = Content();
   EXPECT_EQ(folder.TakeBack(*saved), Result::kFailed);
   EXPECT_EQ(Content(), third);
+}
+
+TEST(JournalOfACreatedFile, IsNoObstacleToTheNextAttempt) {
+  const auto create = [](CrashFileSystem& files) {
+    Reporter reporter(files);
+    const auto transaction = JournalTransactionSource(files, reporter, kStateFolder).Begin();
+    const std::shared_ptr<File> file = transaction->OpenOrCreate("/d/a.sup");
+    if (file) (void)transaction->Write(file, 0, Bytes(5000, 7));
+    return transaction->Commit();
+  };
+  int operation = 0;
+  for (bool killed = true; killed; ++operation) {
+    CrashFileSystem files({});
+    files.FailAt(operation, CrashFileSystem::Fault::kKilled);
+    killed = Failed(create(files));
+    CrashFileSystem again(files.AfterCrash(CrashFileSystem::Unsynced::kKept, 1));
+    ASSERT_EQ(create(again), Result::kDone) << operation;
+    EXPECT_EQ(again.Now().at("/d/a.sup"), Bytes(5000, 7)) << operation;
+    EXPECT_LE(again.List(kStateFolder).size(), 1U) << operation;
+  }
+  EXPECT_GT(operation, 5);
 }
 
 TEST(JournalOfARunningTransaction, IsNotRecovered) {
