@@ -36,7 +36,7 @@ void ExchangeText(SubpictureUnit& unit, std::optional<UnitText>& other) {
 std::size_t HeldBytes(const UnitText& text) {
   std::size_t bytes = text.boxes.capacity() * sizeof(CharBox);
   for (const auto* const lines : {&text.lines, &text.savedLines}) {
-    for (const std::string& line : *lines) bytes += sizeof(line) + line.capacity();
+    for (const std::string& line : *lines) bytes += sizeof(std::string) + line.capacity();
   }
   return bytes;
 }
@@ -76,8 +76,8 @@ std::string EditStep::Label() const {
 
 void EditHistory::Begin(std::string name, const LastModifications& last) {
   Close();
-  const bool goesOn = dragging_ && dragHasStep_ && done_ == steps_.size() && done_ > 0 &&
-                      steps_.back().name == name;
+  const bool goesOn =
+      held_ && holdHasStep_ && done_ == steps_.size() && done_ > 0 && steps_.back().name == name;
   if (goesOn) {
     open_ = std::move(steps_.back());
     steps_.pop_back();
@@ -89,10 +89,9 @@ void EditHistory::Begin(std::string name, const LastModifications& last) {
   }
 }
 
-void EditHistory::BeginDrag() {
-  Close();
-  dragging_ = true;
-  dragHasStep_ = false;
+void EditHistory::BeginHold() {
+  held_ = true;
+  holdHasStep_ = false;
 }
 
 SubpictureUnit& EditHistory::Open(const UnitPointer& unit) {
@@ -148,7 +147,7 @@ void EditHistory::Push(EditStep step) {
   step.bytes = HeldBytes(step);
   bytes_ += step.bytes;
   steps_.push_back(std::move(step));
-  dragHasStep_ = dragging_;
+  holdHasStep_ = held_;
   while (bytes_ > mostBytes_) {
     bytes_ -= steps_.front().bytes;
     steps_.pop_front();
@@ -170,7 +169,7 @@ void EditHistory::Clear() {
   done_ = 0;
   bytes_ = 0;
   tooLarge_ = false;
-  dragging_ = false;
+  held_ = false;
 }
 
 const EditStep* EditHistory::ToUndo() const {
@@ -183,7 +182,7 @@ const EditStep* EditHistory::ToRedo() const {
 
 const EditStep* EditHistory::Undo(LastModifications& last) {
   Close();
-  dragging_ = false;
+  held_ = false;
   if (done_ == 0) return nullptr;
   --done_;
   Exchange(steps_[done_], last);
@@ -192,7 +191,7 @@ const EditStep* EditHistory::Undo(LastModifications& last) {
 
 const EditStep* EditHistory::Redo(LastModifications& last) {
   Close();
-  dragging_ = false;
+  held_ = false;
   if (done_ == steps_.size()) return nullptr;
   ++done_;
   Exchange(steps_[done_ - 1], last);

@@ -68,9 +68,9 @@ class EditHistory {
 
   // Begins a step. What is opened from here on belongs to it.
   void Begin(std::string name, const LastModifications& last);
-  // Between the two, steps of the same name are one.
-  void BeginDrag();
-  void EndDrag() { dragging_ = false; }
+  // While the user holds a key or a button, steps of the same name are one.
+  void BeginHold();
+  void EndHold() { held_ = false; }
   SubpictureUnit& Open(const UnitPointer& unit);
   ClutRecord& OpenClut(int index);
   // Ends the step. One that has changed nothing is forgotten; any other ends what could be redone.
@@ -101,8 +101,8 @@ class EditHistory {
   std::optional<EditStep> open_;
   std::unordered_set<const SubpictureUnit*> inOpen_;
   bool tooLarge_ = false;  // the open step
-  bool dragging_ = false;
-  bool dragHasStep_ = false;
+  bool held_ = false;
+  bool holdHasStep_ = false;
 };
 
 }  // namespace quillomar

@@ -21,9 +21,10 @@
 #include "editor/video_control.h"
 #include "editor/view.h"
 #include "editor/view_options.h"
-#include "journal/journal_folder.h"
 
 namespace quillomar {
+
+class JournalFolder;
 
 // The whole program without a window: what every command does, checks, asks and says. Lives on one
 // thread; only jobs run elsewhere.
@@ -79,9 +80,14 @@ class Editor {
   // Shows all pixel types but the background opaque.
   void IgnoreTransparency(bool on);
 
-  // Edits of the current unit. Between the two, edits of one kind are one step of the history.
-  void BeginDrag() { document_.History().BeginDrag(); }
-  void EndDrag() { document_.History().EndDrag(); }
+  // Edits of the current unit. While the user holds a key or a button, those of one kind are one
+  // step of the history.
+  void BeginHold() {
+    if (!busy_) document_.History().BeginHold();
+  }
+  void EndHold() {
+    if (!busy_) document_.History().EndHold();
+  }
   void SetColour(int pixelType, int clutEntry);
   // `which` as SetAlpha takes it.
   void SetTransparency(int alpha, int which);

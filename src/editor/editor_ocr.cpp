@@ -78,7 +78,8 @@ void Editor::EraseText() {
 
 void Editor::CorrectText(const std::string& text) {
   if (!UnitMayBeEdited() || !ocr_.Ready()) return;
-  SubpictureUnit& unit = Document::Unrecorded(selection_.Current());
+  const UnitPointer corrected = selection_.Current();
+  SubpictureUnit& unit = Document::Unrecorded(corrected);
   const OcrTools tools = ocr_.Tools(document_.Context());
   const auto picture = selectedText_ ? TakeTextPicture(unit, tools) : std::nullopt;
   auto lesson = picture ? MakeLesson(unit, *selectedText_, picture->Unpack(), text) : std::nullopt;
@@ -90,8 +91,10 @@ void Editor::CorrectText(const std::string& text) {
   }
   UnitList read = document_.Units();
   std::erase_if(read, [](const UnitPointer& each) { return each->charBoxCount == 0; });
-  auto work = [this, &unit, read, tools, range = *selectedText_, lesson = std::move(*lesson)] {
-    TeachGlyph(unit, range, lesson, Pointers(read), tools, session_.job);
+  auto work = [this, corrected, read, tools, last = last_, range = *selectedText_,
+               lesson = std::move(*lesson)] {
+    document_.History().Begin("correction", last);
+    TeachGlyph(corrected, range, lesson, read, tools, document_.History(), session_.job);
   };
   StartJob(Operation::kOcr, "Running OCR", std::move(work), {});
 }

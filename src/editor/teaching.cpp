@@ -4,25 +4,25 @@
 #include <numeric>
 
 #include "base/format.h"
+#include "editor/document.h"
 #include "editor/ocr_desk.h"
 
 namespace quillomar {
 namespace {
 
 struct Appearances {
-  std::vector<SubpictureUnit*> units;  // that hold the glyph
-  int others = 0;                      // places besides the one corrected
+  UnitList units;  // that hold the glyph
+  int others = 0;  // places besides the one corrected
 };
 
-Appearances FindAppearances(const Lesson& lesson, const std::vector<SubpictureUnit*>& all,
-                            const OcrTools& tools) {
+Appearances FindAppearances(const Lesson& lesson, const UnitList& all, const OcrTools& tools) {
   TextPictures pictures;
-  std::vector<SubpictureUnit*> pictured;
+  UnitList pictured;
   // Looking at the units once more must not change what is remembered of the last one.
   int remembered = tools.rememberedTextType;
   const OcrTools looking{tools.engine, tools.settings, remembered, tools.languageOf, tools.context};
-  for (SubpictureUnit* const unit : all) {
-    auto picture = TakeTextPicture(*unit, looking);
+  for (const UnitPointer& unit : all) {
+    auto picture = TakeTextPicture(Document::Unrecorded(unit), looking);
     if (!picture) continue;
     pictures.Add(std::move(*picture));
     pictured.push_back(unit);
@@ -54,12 +54,13 @@ void Insist(SubpictureUnit& unit, const CharBox& first, const CharBox& last,
 
 }  // namespace
 
-void TeachGlyph(SubpictureUnit& unit, BoxRange range, const Lesson& lesson,
-                const std::vector<SubpictureUnit*>& all, const OcrTools& tools,
+void TeachGlyph(const UnitPointer& corrected, BoxRange range, const Lesson& lesson,
+                const UnitList& all, const OcrTools& tools, EditHistory& history,
                 JobControl& control) {
   Appearances found = FindAppearances(lesson, all, tools);
   const bool follow =
       found.others == 0 || tools.context.reporter.AskYesNo(QuestionAbout(found, lesson.text));
+  SubpictureUnit& unit = history.Open(corrected);
   if (!follow) {
     CorrectBoxes(unit, range, lesson.text);
     return;
@@ -67,10 +68,12 @@ void TeachGlyph(SubpictureUnit& unit, BoxRange range, const Lesson& lesson,
   const CharBox first = unit.charBoxes[static_cast<std::size_t>(range.first)];
   const CharBox last = unit.charBoxes[static_cast<std::size_t>(range.last)];
   (void)tools.engine.Teach(lesson);
-  if (std::find(found.units.begin(), found.units.end(), &unit) == found.units.end()) {
-    found.units.push_back(&unit);
+  if (std::find(found.units.begin(), found.units.end(), corrected) == found.units.end()) {
+    found.units.push_back(corrected);
   }
-  RunOcrOnAll(found.units, tools, ProgressOf(control, found.units.size()));
+  std::vector<SubpictureUnit*> reread;
+  for (const UnitPointer& each : found.units) reread.push_back(&history.Open(each));
+  RunOcrOnAll(reread, tools, ProgressOf(control, reread.size()));
   Insist(unit, first, last, lesson.text);
 }
 

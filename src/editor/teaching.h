@@ -1,8 +1,7 @@
 #pragma once
 
-#include <vector>
-
 #include "base/job_control.h"
+#include "editor/edit_history.h"
 #include "ocr/lesson.h"
 #include "ocr/run_ocr.h"
 
@@ -11,8 +10,9 @@ namespace quillomar {
 // Corrects a range of a unit's current boxes. When the glyph under it stands elsewhere in the units
 // read so far (`all`, in the order of the list), asks whether all are to be read so. Unless the
 // answer is no, the glyph is kept for this disc and all others, and what holds it is read anew.
-void TeachGlyph(SubpictureUnit& unit, BoxRange range, const Lesson& lesson,
-                const std::vector<SubpictureUnit*>& all, const OcrTools& tools,
+// Texts that change belong to the history's open step.
+void TeachGlyph(const UnitPointer& corrected, BoxRange range, const Lesson& lesson,
+                const UnitList& all, const OcrTools& tools, EditHistory& history,
                 JobControl& control);
 
 }  // namespace quillomar

@@ -105,9 +105,7 @@ void LookPanel::AddTransparency(QGridLayout& layout) {
   layout.addLayout(sliderRow, kSliderRow, kLabelColumn, 1, 2);
   layout.setColumnMinimumWidth(kGapColumn, kGap);
   layout.setColumnStretch(kChoiceColumn, 1);
-  connect(slider_, &QSlider::sliderPressed, this, [this] { editor_.BeginDrag(); });
   connect(slider_, &QSlider::valueChanged, this, &LookPanel::ChangeTransparency);
-  connect(slider_, &QSlider::sliderReleased, this, [this] { editor_.EndDrag(); });
   connect(pixels_, &QComboBox::currentIndexChanged, this,
           [this] { ShowTransparency(editor_.CurrentView()); });
 }

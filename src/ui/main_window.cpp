@@ -22,6 +22,7 @@
 #include "ui/apply_all_dialog.h"
 #include "ui/control_names.h"
 #include "ui/focus_mark.h"
+#include "ui/hold_filter.h"
 #include "ui/info_pane.h"
 #include "ui/key_filter.h"
 #include "ui/list_navigator.h"
@@ -94,6 +95,7 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
       progress_(new ProgressWindow(this)) {
   setObjectName("mainWindow");
   setAcceptDrops(true);
+  new HoldFilter(editor, this);
   menus_ = new CommandMenus(editor, *menuBar());
   auto* const sides = new QSplitter(Qt::Horizontal, this);
   sides->setObjectName("sides");

@@ -104,7 +104,7 @@ TEST_F(UndoTest, AllTheWayBackAndForthWhateverWasDone) {
   walk(CommandId::kRedo, states.begin(), states.end());
 }
 
-TEST_F(UndoTest, ABatchIsOneStepAndSoIsADrag) {
+TEST_F(UndoTest, ABatchIsOneStepAndSoIsAHold) {
   Editor& program = **editor;
   program.SetForced(true);
   program.ApplyToAll(ChoicesOf(program.Last()));
@@ -125,9 +125,9 @@ TEST_F(UndoTest, ABatchIsOneStepAndSoIsADrag) {
   EXPECT_TRUE(Now() == applied);
 
   program.GoTo(2);
-  program.BeginDrag();
+  program.BeginHold();
   for (const int alpha : {12, 7, 3}) program.SetTransparency(alpha, 4);
-  program.EndDrag();
+  program.EndHold();
   program.SetTransparency(5, 4);
   // What is taken back is shown.
   program.GoTo(0);

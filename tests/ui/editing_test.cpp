@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QSlider>
+#include <QSpinBox>
 
 #include "ui/swatch_button.h"
 #include "ui/window_test.h"
@@ -55,19 +56,22 @@ TEST_F(EditingTest, ColourAndTransparencyChangeWithTheControls) {
   EXPECT_EQ(Shown().picture.rgba, all);
 }
 
-TEST_F(EditingTest, OneKeyTakesADragOrAClutEntryBackAndAnotherDoesItAgain) {
+TEST_F(EditingTest, OneKeyTakesAHoldOrAClutEntryBackAndAnotherDoesItAgain) {
   StartOnDisc();
-  auto& slider = Find<QSlider>("transparency");
-  const int before = slider.value();
-  slider.setSliderDown(true);
-  for (const int alpha : {3, 5, 9}) slider.setSliderPosition(alpha);
-  slider.setSliderDown(false);
-  EXPECT_EQ(Find<QAction>("undo").text(), "Undo transparency (subpic 1) \t(Alt-Backspace)");
+  auto& lines = Find<QSpinBox>("linesUp");
+  const int before = lines.value();
+  auto& arrow = Find<QAbstractButton>("moveUp");
+  const QPoint place = arrow.mapTo(&Window(), arrow.rect().center());
+  QTest::mousePress(Window().windowHandle(), Qt::LeftButton, {}, place);
+  WaitFor([&] { return lines.value() >= before + 6; });
+  QTest::mouseRelease(Window().windowHandle(), Qt::LeftButton, {}, place);
+  const int after = lines.value();
+  EXPECT_EQ(Find<QAction>("undo").text(), "Undo move (subpic 1) \t(Alt-Backspace)");
   Key(Qt::Key_Backspace, Qt::AltModifier);
-  EXPECT_EQ(slider.value(), before);
+  EXPECT_EQ(lines.value(), before);
   EXPECT_FALSE(Find<QAction>("undo").isEnabled());
   Key(Qt::Key_Y, Qt::ControlModifier);
-  EXPECT_EQ(slider.value(), 9);
+  EXPECT_EQ(lines.value(), after);
 
   dialogs_.colour = Rgb{16, 200, 32};
   const auto colour = Shown().swatches[kPattern].colour;

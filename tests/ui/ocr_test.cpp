@@ -119,8 +119,11 @@ TEST_F(OcrPaneTest, DoubtfulCharactersAreWalkedThroughAndCorrected) {
     EXPECT_EQ(Text().toPlainText().left(1), "\u00C9");
   };
   Key(Qt::Key_Home);
+  const QString misread = Text().toPlainText();
   correct(false);
   EXPECT_TRUE(engine_->lessons.empty());
+  TheEditor().Run(CommandId::kUndo);
+  EXPECT_EQ(Text().toPlainText(), misread);
   correct(true);
   ASSERT_EQ(engine_->lessons.size(), 1U);
   EXPECT_EQ(engine_->lessons[0].text, "\xC3\x89");
