@@ -14,7 +14,8 @@ constexpr const char* kPath = "/b.bmp";
 constexpr TypeColours kColours = {Rgb{0, 0, 0}, Rgb{255, 255, 255}, Rgb{80, 80, 80}, Rgb{9, 9, 9}};
 constexpr int kWidth = 24;
 constexpr int kHeight = 8;
-constexpr std::size_t kSeedRows = 60;
+constexpr std::size_t kSeedPixels = 16;
+constexpr std::size_t kPaletteSize = 64;
 
 void CheckView(ByteSpan input) {
   BmpView view;
@@ -83,11 +84,14 @@ Bytes Seed(int width, int height, int bits) {
   std::copy(kColours.begin(), kColours.end(), palette.begin());
   Bytes pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
   const std::size_t last = pixels.size() - 1;
-  for (std::size_t i = 0; i < kSeedRows && i < pixels.size(); ++i) {
-    pixels[last - i] = static_cast<std::uint8_t>(i / 7 % 4);
+  for (std::size_t i = 0; i < kSeedPixels; ++i) {
+    pixels[last - i] = static_cast<std::uint8_t>(i / 4 % 4);
   }
   Bytes file = MakeBmp(pixels, width, bits, palette);
-  if (width == kPictureWidth) file.resize(kBmpHeadersSize + 64 + kSeedRows);
+  // A frame takes long: few bytes of it are enough.
+  if (width == kPictureWidth) {
+    file.resize(kBmpHeadersSize + (bits == 4 ? kPaletteSize + kSeedPixels : 3 * kSeedPixels));
+  }
   return file;
 }
 

@@ -104,22 +104,50 @@ class Disc {
   Highlight highlight_;
 };
 
-Bytes Seed(std::uint8_t edit, int width, int height, const test::SubpictureSpec& spec) {
+test::SpuDescription Describe(int width, int height) {
   test::SpuDescription description =
       test::Subtitle(test::RandomRows(1, width, height, 9), 100, 100, 90);
   description.spareBytes = 4;
+  return description;
+}
+
+Bytes Seed(std::uint8_t edit, const Bytes& unit, const test::SubpictureSpec& spec) {
   test::VobBuilder vob;
-  vob.Add(test::MakeSubpicturePacks(test::BuildSpu(description), spec));
+  vob.Add(test::MakeSubpicturePacks(unit, spec));
   Bytes input{edit};
   input.insert(input.end(), vob.Image().begin(), vob.Image().end());
   return input;
 }
 
+// The odd rows' codes stand before those of the even rows.
+Bytes WithFieldsSwapped(const test::SpuDescription& description) {
+  Bytes unit = test::BuildSpu(description);
+  const Bytes top = test::BuildField(description.rows, 0);
+  const Bytes bottom = test::BuildField(description.rows, 1);
+  const auto begin = unit.begin() + kSpuHeaderSize;
+  std::copy(top.begin(), top.end(), std::copy(bottom.begin(), bottom.end(), begin));
+  const auto first = static_cast<int>(kSpuHeaderSize);
+  const Bytes was = test::FieldOffsetsCommand(first, first + static_cast<int>(top.size()));
+  const Bytes is = test::FieldOffsetsCommand(first + static_cast<int>(bottom.size()), first);
+  const auto command = std::search(unit.begin(), unit.end(), was.begin(), was.end());
+  Require(command != unit.end());
+  std::copy(is.begin(), is.end(), command);
+  return unit;
+}
+
 }  // namespace
 
 std::vector<Bytes> Seeds() {
-  return {Seed(0x15, 20, 8, {}), Seed(0xE9, 90, 60, {.firstHeaderLength = 8}),
-          Seed(0x72, 30, 20, {.packs = 3, .paddingPacket = false})};
+  const Bytes small = test::BuildSpu(Describe(20, 8));
+  const Bytes inThree =
+      Seed(0x72, test::BuildSpu(Describe(30, 20)), {.packs = 3, .paddingPacket = false});
+  const Bytes whole = Seed(0, small, {});
+  // Two of its three packs, then another unit.
+  Bytes incomplete(inThree.begin(), inThree.begin() + 1 + 2 * kSectorSize);
+  incomplete.insert(incomplete.end(), whole.begin() + 1, whole.end());
+  return {Seed(0x15, small, {}),
+          Seed(0xE9, test::BuildSpu(Describe(90, 60)), {.firstHeaderLength = 8}), inThree,
+          incomplete, Seed(0x13, WithFieldsSwapped(Describe(24, 12)), {})};
 }
 
 }  // namespace quillomar::fuzz
