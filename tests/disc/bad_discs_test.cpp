@@ -7,6 +7,7 @@
 #include <functional>
 #include <ostream>
 
+#include "base/format.h"
 #include "cli/cli_front_end.h"
 #include "dvd/big_endian.h"
 #include "dvd/ifo_layout.h"
@@ -78,6 +79,12 @@ SpuDescription Endless() {
   return endless;
 }
 
+SpuDescription Brief() {
+  SpuDescription brief = Plain();
+  brief.sequences.back().delay = 0;
+  return brief;
+}
+
 Bytes CutTo(std::size_t size, const SpuDescription& description = Plain()) {
   Bytes unit = test::BuildSpu(description);
   unit.resize(size);
@@ -102,10 +109,11 @@ Disc With(const Bytes& unit) {
 
 struct Trap {
   const char* name;
-  std::function<Disc()> make;
+  Disc disc;
   std::size_t units;       // found, of three
   const char* said;        // first error; empty: none
   bool unwritten = false;  // the one in question is never written
+  const char* shown = "";  // in the list of streams or as the colour of the text
 };
 
 void PrintTo(const Trap& trap, std::ostream* out) {
@@ -145,10 +153,36 @@ test::IfoSpec GoodIfo() {
   return spec;
 }
 
+Disc WithSpareBytes(int count) {
+  SpuDescription large = Plain();
+  large.spareBytes = count;
+  return With(test::BuildSpu(large));
+}
+
+Disc WithPacks(const test::SubpictureSpec& packs) {
+  Disc disc = With(test::BuildSpu(Plain()));
+  disc.packs = packs;
+  return disc;
+}
+
+Disc WithClock(std::uint64_t start, std::uint64_t restart) {
+  Disc disc = With(test::BuildSpu(Plain()));
+  disc.start = start;
+  disc.restart = restart;
+  return disc;
+}
+
 Disc WithIfo(std::function<void(Bytes& vob, Bytes& ifo)> damage) {
   Disc disc = With(test::BuildSpu(Plain()));
   disc.damage = std::move(damage);
   return disc;
+}
+
+// Another IFO than the good one.
+Disc WithIfoOf(const std::function<void(test::IfoSpec& spec)>& change) {
+  test::IfoSpec spec = GoodIfo();
+  change(spec);
+  return WithIfo([spec](Bytes&, Bytes& ifo) { ifo = test::BuildIfo(spec); });
 }
 
 std::size_t Title(const Bytes& ifo, std::size_t pointer) {
@@ -179,11 +213,18 @@ class Program {
   Editor editor{session_, frontEnd_, runner_};
 };
 
+std::string ShownText(const View& view) {
+  std::string text;
+  for (const std::string& stream : view.streams) text += stream + "\n";
+  const Rgb colour = view.swatches[kPattern].colour;
+  return text + Format("#%02x%02x%02x", colour.r, colour.g, colour.b);
+}
+
 class BadDisc : public testing::TestWithParam<Trap> {};
 
 TEST_P(BadDisc, OpensSaysWhatIsWrongAndTakesEdits) {
   const Trap& trap = GetParam();
-  const Disc disc = trap.make();
+  const Disc& disc = trap.disc;
   Bytes vob = Vob(disc);
   Bytes ifo = test::BuildIfo(GoodIfo());
   if (disc.damage) disc.damage(vob, ifo);
@@ -198,6 +239,8 @@ TEST_P(BadDisc, OpensSaysWhatIsWrongAndTakesEdits) {
   for (int i = 0; i < editor.CurrentView().count; ++i) editor.GoTo(i);
   const std::string said = program.errors.empty() ? "" : program.errors.front();
   EXPECT_EQ(said, trap.said);
+  EXPECT_NE(ShownText(editor.CurrentView()).find(trap.shown), std::string::npos)
+      << ShownText(editor.CurrentView());
   // Nothing edited, nothing written.
   editor.SaveAll();
   EXPECT_EQ(files.Content(kVob), vob);
@@ -217,114 +260,66 @@ TEST_P(BadDisc, OpensSaysWhatIsWrongAndTakesEdits) {
 
 const std::vector<Trap>& Traps() {
   static const std::vector<Trap> traps = {
-      {"FieldBeforeTheBitmap", [] { return With(WithFields(0, 4)); }, 3, ""},
-      {"FieldInTheControlSequences",
-       [] { return With(WithFields(4, GetShort(test::BuildSpu(Plain()), 2) + 4)); }, 3, ""},
-      {"FieldPastTheEnd", [] { return With(WithFields(4, 60'000)); }, 3, ""},
-      {"BothFieldsShareTheirCodes", [] { return With(WithFields(4, 4)); }, 3, ""},
-      {"RunsPastTheRow", [] { return With(WithArea(200, 240, 400, 419)); }, 3, ""},
-      {"NoWidth", [] { return With(WithArea(300, 200, 400, 419)); }, 3, ""},
-      {"OneLine", [] { return With(WithArea(200, 279, 400, 400)); }, 3, ""},
-      {"BelowTheFrame", [] { return With(WithArea(200, 279, 900, 919)); }, 3, ""},
-      {"SequencesGoBack", [] { return With(WithNext(4)); }, 2, kUnparsed},
-      {"SequencesNeverEnd",
-       [] {
-         const Bytes unit = test::BuildSpu(Plain());
-         return With(WithNext(GetShort(unit, kSpuDcsqtOffset) + 1));
-       },
+      {"FieldBeforeTheBitmap", With(WithFields(0, 4)), 3, ""},
+      {"FieldInTheControlSequences", With(WithFields(4, GetShort(test::BuildSpu(Plain()), 2) + 4)),
+       3, ""},
+      {"FieldPastTheEnd", With(WithFields(4, 60'000)), 3, ""},
+      {"BothFieldsShareTheirCodes", With(WithFields(4, 4)), 3, ""},
+      {"RunsPastTheRow", With(WithArea(200, 240, 400, 419)), 3, ""},
+      {"NoWidth", With(WithArea(300, 200, 400, 419)), 3, ""},
+      {"OneLine", With(WithArea(200, 279, 400, 400)), 3, ""},
+      {"BelowTheFrame", With(WithArea(200, 279, 900, 919)), 3, ""},
+      {"SequencesGoBack", With(WithNext(4)), 2, kUnparsed},
+      {"SequencesNeverEnd", With(WithNext(GetShort(test::BuildSpu(Plain()), kSpuDcsqtOffset) + 1)),
        2, kUnparsed},
-      {"NextPastTheEnd", [] { return With(WithNext(60'000)); }, 2, kUnparsed},
+      {"NextPastTheEnd", With(WithNext(60'000)), 2, kUnparsed},
       {"CommandCutOff",
-       [] {
-         return With(CutTo(CommandIn(test::BuildSpu(Endless()), kSetDisplayArea) + 3, Endless()));
-       },
-       3, ""},
-      {"FourBytes", [] { return With(CutTo(4)); }, 2, kNoCommands},
-      {"NearlyTheLargest",
-       [] {
-         SpuDescription large = Plain();
-         large.spareBytes = 55'000;
-         return With(test::BuildSpu(large));
-       },
-       3, ""},
-      {"TimeInTheFirstPackAlone",
-       [] {
-         SpuDescription large = Plain();
-         large.spareBytes = 9000;
-         return With(test::BuildSpu(large));
-       },
-       3, ""},
-      {"StuffingInTheHeader",
-       [] {
-         Disc disc = With(test::BuildSpu(Plain()));
-         disc.packs.firstHeaderLength = 12;
-         return disc;
-       },
-       3, ""},
-      {"ZerosBehindTheData",
-       [] {
-         Disc disc = With(test::BuildSpu(Plain()));
-         disc.packs.paddingPacket = false;
-         return disc;
-       },
-       3, ""},
-      {"NoEnd", [] { return With(test::BuildSpu(Endless())); }, 3, ""},
-      {"EndsAtItsStart",
-       [] {
-         SpuDescription brief = Plain();
-         brief.sequences.back().delay = 0;
-         return With(test::BuildSpu(brief));
-       },
-       3, ""},
-      {"TimeRestarts",
-       [] {
-         Disc disc = With(test::BuildSpu(Plain()));
-         disc.restart = kSecond;
-         return disc;
-       },
-       3, ""},
-      {"TimeWraps",
-       [] {
-         Disc disc = With(test::BuildSpu(Plain()));
-         disc.start = (std::uint64_t{1} << 33) - 3 * kSecond;
-         disc.restart = 2 * kSecond;
-         return disc;
-       },
-       3, ""},
-      {"Scrambled",
-       [] { return WithIfo([](Bytes& vob, Bytes&) { vob[5 * kSectorSize + 20] |= 0x30; }); }, 3,
+       With(CutTo(CommandIn(test::BuildSpu(Endless()), kSetDisplayArea) + 3, Endless())), 3, ""},
+      {"FourBytes", With(CutTo(4)), 2, kNoCommands},
+      {"NearlyTheLargest", WithSpareBytes(55'000), 3, ""},
+      {"TimeInTheFirstPackAlone", WithSpareBytes(9000), 3, ""},
+      {"StuffingInTheHeader", WithPacks({.firstHeaderLength = 12}), 3, ""},
+      {"ZerosBehindTheData", WithPacks({.paddingPacket = false}), 3, ""},
+      {"NoEnd", With(test::BuildSpu(Endless())), 3, ""},
+      {"EndsAtItsStart", With(test::BuildSpu(Brief())), 3, ""},
+      {"TimeRestarts", WithClock(kSecond, kSecond), 3, ""},
+      {"TimeWraps", WithClock((std::uint64_t{1} << 33) - 3 * kSecond, 2 * kSecond), 3, ""},
+      {"Scrambled", WithIfo([](Bytes& vob, Bytes&) { vob[5 * kSectorSize + 20] |= 0x30; }), 3,
        kScrambled, true},
-      {"CellAddressOfOnes",
-       [] {
-         return WithIfo([](Bytes&, Bytes& ifo) {
-           const std::size_t cells = Title(ifo, kIfoTitleCellsOffset) + kCellAddressesOffset;
-           PutInt(ifo, cells + kCellAddressStartOffset, 0xFFFFFF);
-         });
-       },
+      {"CellAddressOfOnes", WithIfo([](Bytes&, Bytes& ifo) {
+         const std::size_t cells = Title(ifo, kIfoTitleCellsOffset) + kCellAddressesOffset;
+         PutInt(ifo, cells + kCellAddressStartOffset, 0xFFFFFF);
+       }),
        3, ""},
-      {"CellStartPastItsEnd",
-       [] {
-         return WithIfo([](Bytes&, Bytes& ifo) {
-           const std::size_t cells = Title(ifo, kIfoTitleCellsOffset) + kCellAddressesOffset;
-           PutInt(ifo, cells + kCellAddressStartOffset, 9);
-           PutInt(ifo, cells + kCellAddressEndOffset, 3);
-         });
-       },
+      {"CellStartPastItsEnd", WithIfo([](Bytes&, Bytes& ifo) {
+         const std::size_t cells = Title(ifo, kIfoTitleCellsOffset) + kCellAddressesOffset;
+         PutInt(ifo, cells + kCellAddressStartOffset, 9);
+         PutInt(ifo, cells + kCellAddressEndOffset, 3);
+       }),
        3, ""},
       {"NoChains",
-       [] {
-         return WithIfo(
-             [](Bytes&, Bytes& ifo) { PutShort(ifo, Title(ifo, kIfoTitleChainsOffset), 0); });
-       },
+       WithIfo([](Bytes&, Bytes& ifo) { PutShort(ifo, Title(ifo, kIfoTitleChainsOffset), 0); }), 3,
+       ""},
+      {"ChainOutsideTheIfo", WithIfo([](Bytes&, Bytes& ifo) {
+         PutInt(ifo, Title(ifo, kIfoTitleChainsOffset) + 12, 0x7FFFFFFF);
+       }),
        3, ""},
-      {"ChainOutsideTheIfo",
-       [] {
-         return WithIfo([](Bytes&, Bytes& ifo) {
-           PutInt(ifo, Title(ifo, kIfoTitleChainsOffset) + 12, 0x7FFFFFFF);
-         });
-       },
-       3, ""},
-      {"EmptyIfo", [] { return WithIfo([](Bytes&, Bytes& ifo) { ifo.clear(); }); }, 3, ""},
+      {"StreamsMappedByScreen", WithIfoOf([](test::IfoSpec& spec) {
+         spec.title.video = 0x0C;  // 16:9, for all screens
+         spec.titleChains[0].subpictures[0] = kPgcSubpictureAvailable | 0x0101;
+       }),
+       3, "", false, "0x20 (en) WS\n"},
+      {"ChainsNumberedOtherwiseThanTitles", WithIfoOf([](test::IfoSpec& spec) {
+         spec.titleChains.insert(spec.titleChains.begin(), test::ChainSpec());
+         spec.titleChains[0].cells = {{{2, 1}, 9, 0, 9, 9}};
+         spec.titleChains[1].clut.fill({210, 146, 16});
+       }),
+       3, "", false, "#ffff00"},
+      {"RedIsNotBlue", WithIfoOf([](test::IfoSpec& spec) {
+         spec.titleChains[0].clut.fill({81, 240, 90});
+       }),
+       3, "", false, "#fe0000"},
+      {"EmptyIfo", WithIfo([](Bytes&, Bytes& ifo) { ifo.clear(); }), 3, ""},
   };
   return traps;
 }

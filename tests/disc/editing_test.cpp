@@ -1,12 +1,9 @@
 // Edits on authored discs: what was asked is what FFmpeg shows after saving.
 
-#include <gtest/gtest.h>
-
 #include <random>
 
 #include "bitmap/shown_bitmap.h"
-#include "disc/ffmpeg_subtitles.h"
-#include "disc/open_disc.h"
+#include "disc/disc_test.h"
 #include "editor/unit_edits.h"
 #include "spu/colour_edit.h"
 #include "spu/parse.h"
@@ -17,7 +14,6 @@ namespace quillomar {
 namespace {
 
 using test::Cli;
-using test::DiscCopy;
 using test::FfmpegSubtitle;
 using test::FileBytes;
 using test::OpenEditor;
@@ -48,13 +44,11 @@ int DifferingPixels(SubpictureUnit& unit, const FfmpegSubtitle& other, const Spu
   return differing;
 }
 
-class EditedDisc : public testing::TestWithParam<const char*> {
+class EditedDisc : public test::DiscTest {
  protected:
   void SetUp() override {
-    if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS is not set";
-    disc = std::make_unique<DiscCopy>(GetParam());
-    vobs = disc->TitleVobs();
-    before = test::ReadWithFfmpeg(vobs);
+    test::DiscTest::SetUp();
+    if (!IsSkipped()) before = test::ReadWithFfmpeg(vobs);
   }
 
   // Sets on all subpictures, saves, and gives FFmpeg's reading.
@@ -69,8 +63,6 @@ class EditedDisc : public testing::TestWithParam<const char*> {
 
   [[nodiscard]] bool IsPalDisc() const { return std::string(GetParam()) == "pal"; }
 
-  std::unique_ptr<DiscCopy> disc;
-  std::vector<std::string> vobs;
   std::vector<FfmpegSubtitle> before;
 };
 
@@ -304,8 +296,7 @@ TEST_P(EditedDisc, AnySeriesOfEditsLeavesSoundUnits) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Discs, EditedDisc, testing::Values("ntsc", "pal"),
-                         [](const auto& instance) { return std::string(instance.param); });
+INSTANTIATE_TEST_SUITE_P(Discs, EditedDisc, testing::Values("ntsc", "pal"), test::DiscName);
 
 }  // namespace
 }  // namespace quillomar

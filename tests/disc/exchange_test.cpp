@@ -1,30 +1,16 @@
 // Subpictures that leave the disc as bitmaps or .sup files and come back.
 
-#include <gtest/gtest.h>
-
-#include "disc/ffmpeg_subtitles.h"
-#include "disc/open_disc.h"
+#include "disc/disc_test.h"
 
 namespace quillomar {
 namespace {
 
 using test::Cli;
-using test::DiscCopy;
 using test::FfmpegSubtitle;
 using test::FileBytes;
 using test::OpenEditor;
 
-class ExchangedDisc : public testing::TestWithParam<const char*> {
- protected:
-  void SetUp() override {
-    if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS is not set";
-    disc = std::make_unique<DiscCopy>(GetParam());
-    vobs = disc->TitleVobs();
-  }
-
-  std::unique_ptr<DiscCopy> disc;
-  std::vector<std::string> vobs;
-};
+class ExchangedDisc : public test::DiscTest {};
 
 // FFmpeg cuts transparent edges off all but forced units; those must agree where both have pixels.
 void ExpectSamePicture(const FfmpegSubtitle& now, const FfmpegSubtitle& before) {
@@ -86,8 +72,7 @@ TEST_P(ExchangedDisc, SupFilesHoldTheUnitsAndAreWrittenTheSameAgain) {
   EXPECT_EQ(edited->Doc().Units().front()->state.area.sy, before - 4);
 }
 
-INSTANTIATE_TEST_SUITE_P(Discs, ExchangedDisc, testing::Values("ntsc", "pal"),
-                         [](const auto& instance) { return std::string(instance.param); });
+INSTANTIATE_TEST_SUITE_P(Discs, ExchangedDisc, testing::Values("ntsc", "pal"), test::DiscName);
 
 }  // namespace
 }  // namespace quillomar

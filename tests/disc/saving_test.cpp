@@ -2,30 +2,24 @@
 
 #include <dvdread/dvd_reader.h>
 #include <dvdread/ifo_read.h>
-#include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <set>
 
-#include "disc/ffmpeg_subtitles.h"
-#include "disc/open_disc.h"
+#include "disc/disc_test.h"
 
 namespace quillomar {
 namespace {
 
 using test::Cli;
-using test::DiscCopy;
 using test::FfmpegSubtitle;
 using test::FileBytes;
 using test::OpenEditor;
 
-class SavedDisc : public testing::TestWithParam<const char*> {
+class SavedDisc : public test::DiscTest {
  protected:
-  void SetUp() override {
-    if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS is not set";
-    disc = std::make_unique<DiscCopy>(GetParam());
-    vobs = disc->TitleVobs();
-  }
-
   [[nodiscard]] Bytes AllBytes() const {
     Bytes all;
     for (const std::string& path : vobs) {
@@ -44,9 +38,6 @@ class SavedDisc : public testing::TestWithParam<const char*> {
     }
     return lbas;
   }
-
-  std::unique_ptr<DiscCopy> disc;
-  std::vector<std::string> vobs;
 };
 
 void ExpectSamePictures(const std::vector<FfmpegSubtitle>& now,
@@ -75,6 +66,30 @@ TEST_P(SavedDisc, NothingChangedWritesNothing) {
   const UnitPointer unit = editor->Doc().Units().front();
   editor->SetColour(kPattern, (*unit->currentColours)[kPattern]);
   EXPECT_FALSE(editor->Doc().Modified());
+}
+
+TEST_P(SavedDisc, IsLeftAloneWhereSomethingElseHasChangedIt) {
+  OpenEditor editor(vobs);
+  editor->SetColour(kPattern, 5);
+  // First the bytes of the pack alone, then the time alone.
+  const SpuPack pack = editor->Doc().Units().front()->packs.front();
+  const std::string& path = vobs.at(static_cast<std::size_t>(pack.fileIndex));
+  const auto time = std::filesystem::last_write_time(path);
+  {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(std::int64_t{pack.lbaInFile} * kSectorSize + 60);
+    file.put('\x5A');
+  }
+  std::filesystem::last_write_time(path, time);
+  const Bytes before = AllBytes();
+  editor->Run(CommandId::kSaveAll);
+  EXPECT_EQ(editor.errors.size(), 1U);
+  EXPECT_EQ(AllBytes(), before);
+  std::filesystem::last_write_time(path, time + std::chrono::seconds(1));
+  editor->Run(CommandId::kSaveAll);
+  EXPECT_NE(editor.errors.back().find("has been changed by something else"), std::string::npos);
+  EXPECT_EQ(AllBytes(), before);
+  EXPECT_TRUE(editor->Doc().Modified());
 }
 
 TEST_P(SavedDisc, NewColoursShowAndTheOldOnesComeBack) {
@@ -167,8 +182,7 @@ TEST_P(SavedDisc, ANewClutReachesTheIfoAndItsBackup) {
   EXPECT_NE(list.out.find(" 4 #ff0100"), std::string::npos) << list.out;
 }
 
-INSTANTIATE_TEST_SUITE_P(Discs, SavedDisc, testing::Values("ntsc", "pal", "split"),
-                         [](const auto& instance) { return std::string(instance.param); });
+INSTANTIATE_TEST_SUITE_P(Discs, SavedDisc, testing::Values("ntsc", "pal", "split"), test::DiscName);
 
 }  // namespace
 }  // namespace quillomar
