@@ -89,10 +89,8 @@ int PlacePanel::Step() const {
 
 void PlacePanel::ConnectMove(QSlider& slider, QSpinBox& number,
                              const std::function<void(int)>& move) {
-  connect(&slider, &QSlider::sliderPressed, this, [this] { editor_.BeginDrag(); });
   connect(&slider, &QSlider::valueChanged, this,
           [&slider, move](int value) { move(value - slider.maximum() / 2); });
-  connect(&slider, &QSlider::sliderReleased, this, [this] { editor_.EndDrag(); });
   connect(&number, &QSpinBox::valueChanged, this, move);
 }
 

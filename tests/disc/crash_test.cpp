@@ -204,6 +204,25 @@ TEST(LastSavedState, IsRestoredAndReadAgain) {
   EXPECT_EQ(files.Now(), disc);
 }
 
+// What is known of the disc goes back with its bytes: the next attempt does all of it.
+TEST(RetimingThatFails, CanBeTriedAgain) {
+  if (!DiscCopy::Available()) GTEST_SKIP() << "QUILLOMAR_DISCS is not set";
+  CrashFileSystem undisturbed(AuthoredDisc());
+  RetimeAll(undisturbed);
+  for (const int operation : {15, 40, undisturbed.Operations() - 12}) {
+    CrashFileSystem files(AuthoredDisc());
+    files.FailAt(operation, CrashFileSystem::Fault::kError);
+    WithEditor(files, [&](Editor& editor) {
+      editor.SetColour(kPattern, 9);
+      editor.Retime(editor.Doc().Units(), 2);
+      EXPECT_EQ(DiscOf(files.Now()), AuthoredDisc()) << operation;
+      EXPECT_TRUE(editor.Enabled(FindCommandById(CommandId::kUndo))) << operation;
+      editor.Retime(editor.Doc().Units(), 2);
+    });
+    EXPECT_EQ(DiscOf(files.Now()), DiscOf(undisturbed.Now())) << operation;
+  }
+}
+
 TEST(DiscCrashes, LeaveOldOrNewBytes) {
   RunAll(3, 1);
 }

