@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "base/platform.h"
 #include "cli/cli.h"
-#include "support/forwarding_files.h"
 
 namespace quillomar::test {
 namespace {
@@ -36,53 +36,69 @@ class Countdown {
   int count_ = 0;
 };
 
-class KilledFile final : public ForwardingFile {
+class KilledFile final : public File {
  public:
   KilledFile(std::unique_ptr<File> file, Countdown& countdown)
-      : ForwardingFile(std::move(file)), countdown_(countdown) {}
+      : File(file->Path()), file_(std::move(file)), countdown_(countdown) {}
+  std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) override {
+    return file_->ReadAt(offset, out);
+  }
   Result WriteAt(std::uint64_t offset, ByteSpan bytes) override {
     if (countdown_.Take()) {
-      (void)ForwardingFile::WriteAt(offset, bytes.first(bytes.size() / 2));
+      (void)file_->WriteAt(offset, bytes.first(bytes.size() / 2));
       Countdown::Kill();
     }
-    return ForwardingFile::WriteAt(offset, bytes);
+    return file_->WriteAt(offset, bytes);
   }
   Result SetSize(std::uint64_t size) override {
     countdown_.KillIfLast();
-    return ForwardingFile::SetSize(size);
+    return file_->SetSize(size);
   }
   Result Sync() override {
     countdown_.KillIfLast();
-    return ForwardingFile::Sync();
+    return file_->Sync();
   }
+  std::uint64_t Size() override { return file_->Size(); }
 
  private:
+  std::unique_ptr<File> file_;
   Countdown& countdown_;
 };
 
-class KilledFileSystem final : public ForwardingFileSystem {
+class KilledFileSystem final : public FileSystem {
  public:
   explicit KilledFileSystem(Countdown& countdown) : countdown_(countdown) {}
 
   std::unique_ptr<File> Open(const std::string& path, OpenMode mode) override {
-    if (mode != OpenMode::kReadOnly && !Exists(path)) countdown_.KillIfLast();
-    auto file = ForwardingFileSystem::Open(path, mode);
+    if (mode != OpenMode::kReadOnly && !disk_->Exists(path)) countdown_.KillIfLast();
+    auto file = disk_->Open(path, mode);
     return file ? std::make_unique<KilledFile>(std::move(file), countdown_) : nullptr;
   }
+  bool Exists(const std::string& path) override { return disk_->Exists(path); }
+  bool IsFolder(const std::string& path) override { return disk_->IsFolder(path); }
+  std::optional<FileStamp> Stamp(const std::string& path) override { return disk_->Stamp(path); }
+  std::string Canonical(const std::string& path) override { return disk_->Canonical(path); }
+  bool MayWrite(const std::string& path) override { return disk_->MayWrite(path); }
+  std::optional<std::uint64_t> FreeSpace(const std::string& folder) override {
+    return disk_->FreeSpace(folder);
+  }
+  std::vector<std::string> List(const std::string& folder) override { return disk_->List(folder); }
+  Result CreateFolder(const std::string& path) override { return disk_->CreateFolder(path); }
   Result Remove(const std::string& path) override {
     countdown_.KillIfLast();
-    return ForwardingFileSystem::Remove(path);
+    return disk_->Remove(path);
   }
   Result Rename(const std::string& from, const std::string& to) override {
     countdown_.KillIfLast();
-    return ForwardingFileSystem::Rename(from, to);
+    return disk_->Rename(from, to);
   }
   Result SyncFolder(const std::string& folder) override {
     countdown_.KillIfLast();
-    return ForwardingFileSystem::SyncFolder(folder);
+    return disk_->SyncFolder(folder);
   }
 
  private:
+  std::unique_ptr<FileSystem> disk_ = MakeDiskFileSystem();
   Countdown& countdown_;
 };
 
