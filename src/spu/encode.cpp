@@ -77,10 +77,12 @@ int BitmapRows(const SubpictureUnit& unit) {
 ContentBox Widen(const ContentBox& content, CropMargins margins, int width, int rows) {
   // The first row stays even, so that every line stays in its field; one line more at the bottom
   // gives the last line its neighbour in the other field.
-  const int top = std::max(content.top - margins.y, 0) / 2 * 2;
-  const int bottom = std::min(content.bottom + margins.y + 1, rows - 1);
-  const int left = std::max(content.left - margins.x, 0);
-  const int right = std::min(content.right + margins.x, width - 1);
+  const int above = std::clamp(margins.y, 0, rows);
+  const int beside = std::clamp(margins.x, 0, width);
+  const int top = std::max(content.top - above, 0) / 2 * 2;
+  const int bottom = std::min(content.bottom + above + 1, rows - 1);
+  const int left = std::max(content.left - beside, 0);
+  const int right = std::min(content.right + beside, width - 1);
   return {static_cast<std::int16_t>(left), static_cast<std::int16_t>(top),
           static_cast<std::int16_t>(right), static_cast<std::int16_t>(bottom)};
 }
