@@ -1,7 +1,9 @@
-// How long it takes to move subpictures in time: the VOB files are scanned, changed in place
-// without a journal, and synced.
+// How long it takes to move subpictures in time: the VOB files are scanned, changed in place and
+// synced.
 //
-//   bench_retime SECONDS COUNT VOB...    COUNT: subpictures from the first one on; 0: all
+//   bench_retime SECONDS COUNT FOLDER VOB...
+//
+// COUNT: subpictures from the first one on; 0: all. FOLDER: where the journal goes; "-": none.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -23,10 +25,13 @@ double MillisecondsSince(Clock::time_point start) {
   return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
-int Run(double seconds, std::size_t count, const std::vector<std::string>& vobs) {
+int Run(double seconds, std::size_t count, const std::string& folder,
+        const std::vector<std::string>& vobs) {
   const auto files = MakeDiskFileSystem();
-  Session session(*files, "");
-  session.transactions = std::make_unique<test::DirectTransactionSource>(*files);
+  Session session(*files, folder);
+  if (folder == "-") {
+    session.transactions = std::make_unique<test::DirectTransactionSource>(*files);
+  }
   session.reporter.InstallHooks({[](const std::string&) { return 1; },
                                  [](const std::string&) { return true; },
                                  [](const std::string&) { return true; }});
@@ -57,10 +62,10 @@ int Run(double seconds, std::size_t count, const std::vector<std::string>& vobs)
 }  // namespace quillomar
 
 int main(int argc, char** argv) {
-  if (argc < 4) {
-    std::fprintf(stderr, "usage: bench_retime SECONDS COUNT VOB...\n");
+  if (argc < 5) {
+    std::fprintf(stderr, "usage: bench_retime SECONDS COUNT FOLDER VOB...\n");
     return 2;
   }
-  return quillomar::Run(std::atof(argv[1]), std::strtoul(argv[2], nullptr, 10),
-                        {argv + 3, argv + argc});
+  return quillomar::Run(std::atof(argv[1]), std::strtoul(argv[2], nullptr, 10), argv[3],
+                        {argv + 4, argv + argc});
 }

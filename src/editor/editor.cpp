@@ -94,7 +94,7 @@ std::string Editor::JobLabel() const {
 
 std::string Editor::JobTimeLeft() const {
   using std::chrono::milliseconds;
-  const std::string pace = JobPaceText(session_.job, MonotonicMs());
+  std::string pace = JobPaceText(session_.job, MonotonicMs());
   if (!pace.empty()) return pace;
   const auto elapsed = std::chrono::steady_clock::now() - jobStart_;
   return TimeLeftText(session_.job.operation, session_.job.percent,
