@@ -41,6 +41,7 @@ class Domain {
         unit_(test::BuildSpu(test::Subtitle(test::RandomRows(1, 480, 60, 24), 120, 380, 200))) {}
 
   std::vector<std::string> Make() {
+    (void)files_.CreateFolder(folder_);
     std::vector<std::string> paths;
     for (std::uint32_t piece = 1; piece <= kPieces; ++piece) {
       paths.push_back(folder_ + Format("/VTS_01_%u.VOB", piece));
