@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -15,6 +16,13 @@ namespace quillomar::fuzz {
 
 // Valid inputs to start from, small (a few KiB each).
 std::vector<Bytes> Seeds();
+
+// An input whose first byte chooses how the rest is taken.
+inline Bytes WithFirst(std::uint8_t choice, ByteSpan rest) {
+  Bytes input(1 + rest.size(), choice);
+  std::copy(rest.begin(), rest.end(), input.begin() + 1);
+  return input;
+}
 
 // A promise of the code under test, checked in release builds too.
 inline void Require(bool kept) {

@@ -114,9 +114,7 @@ test::SpuDescription Describe(int width, int height) {
 Bytes Seed(std::uint8_t edit, const Bytes& unit, const test::SubpictureSpec& spec) {
   test::VobBuilder vob;
   vob.Add(test::MakeSubpicturePacks(unit, spec));
-  Bytes input{edit};
-  input.insert(input.end(), vob.Image().begin(), vob.Image().end());
-  return input;
+  return WithFirst(edit, vob.Image());
 }
 
 // The odd rows' codes stand before those of the even rows.

@@ -124,10 +124,7 @@ test::IfoSpec Spec() {
 Bytes Seed(bool manager) {
   test::IfoSpec spec = Spec();
   spec.manager = manager;
-  const Bytes image = test::BuildIfo(spec);
-  Bytes input{static_cast<std::uint8_t>(manager)};
-  input.insert(input.end(), image.begin(), image.end());
-  return input;
+  return WithFirst(manager ? 1 : 0, test::BuildIfo(spec));
 }
 
 }  // namespace

@@ -44,12 +44,6 @@ void CheckResults(const ScanResults& results, std::uint32_t sectors) {
   Require(results.unitsFound == 0 || results.highestStream >= 0);
 }
 
-Bytes Seed(std::uint8_t options, const test::VobBuilder& vob) {
-  Bytes input{options};
-  input.insert(input.end(), vob.Image().begin(), vob.Image().end());
-  return input;
-}
-
 }  // namespace
 
 std::vector<Bytes> Seeds() {
@@ -60,7 +54,7 @@ std::vector<Bytes> Seeds() {
   vob.Add(MakeVideoPack(0, {test::SequenceHeader(720, 480, 2), test::SequenceExtension(),
                             test::PictureHeader(1), test::ClosedCaptions()}));
   vob.Add(subpicture).Add(test::MakePrivatePack(0, 0x80)).Add(MakeNavPack({.clock = 90000}));
-  return {Seed(0, vob), Seed(5, vob)};
+  return {WithFirst(0, vob.Image()), WithFirst(5, vob.Image())};
 }
 
 }  // namespace quillomar::fuzz

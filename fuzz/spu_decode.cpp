@@ -63,10 +63,7 @@ void Run(SubpictureUnit& unit, CropMargins margins, const SpuContext& context) {
 }
 
 Bytes Seed(std::uint8_t options, const test::SpuDescription& description) {
-  Bytes input{options};
-  const Bytes unit = test::BuildSpu(description);
-  input.insert(input.end(), unit.begin(), unit.end());
-  return input;
+  return WithFirst(options, test::BuildSpu(description));
 }
 
 }  // namespace

@@ -38,7 +38,8 @@ std::vector<SectorBytes> UnitPacks(const DiscModel& disc) {
   for (const UnitOnDisc& unit : disc.units) {
     SectorBytes joined;
     for (const std::uint32_t lba : unit.lbas) {
-      SectorBytes bytes(disc.Sector(lba).begin(), disc.Sector(lba).end());
+      SectorBytes bytes(kSectorSize);
+      std::copy_n(disc.Sector(lba).begin(), kSectorSize, bytes.begin());
       std::fill_n(bytes.begin() + kClockReferenceOffset, kClockReferenceSize, std::uint8_t{0});
       if (lba == unit.lbas.front()) {
         std::fill_n(bytes.begin() + kPesHeaderDataOffset, kTimeStampSize, std::uint8_t{0});
