@@ -28,12 +28,13 @@ function(quillomar_library)
   target_link_libraries(quillomar_${ARG_NAME} PUBLIC ${ARG_LINKS} PRIVATE quillomar_options)
 endfunction()
 
-# quillomar_test(NAME spu LINKS ...): all sources of the folder as one GoogleTest program.
+# quillomar_test(NAME spu LINKS ... PROPERTIES ...): all sources of the folder as one GoogleTest
+# program, with properties for each of its tests.
 function(quillomar_test)
-  cmake_parse_arguments(ARG "" "NAME" "LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "NAME" "LINKS;PROPERTIES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   add_executable(test_${ARG_NAME} ${sources})
   target_include_directories(test_${ARG_NAME} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(test_${ARG_NAME} PRIVATE ${ARG_LINKS} quillomar_options GTest::gtest_main)
-  gtest_discover_tests(test_${ARG_NAME} DISCOVERY_MODE PRE_TEST)
+  gtest_discover_tests(test_${ARG_NAME} DISCOVERY_MODE PRE_TEST PROPERTIES "${ARG_PROPERTIES}")
 endfunction()

@@ -16,13 +16,13 @@ QString ToQString(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// Space is a command's key, so Return presses a button that has the focus. Buttons that do
-// something of their own on Return are left to it.
-bool PressedByReturn(const QEvent& event) {
+// Space is a command's key, so Return presses a button that gets it. Buttons that do something of
+// their own on Return are left to it.
+bool PressedByReturn(QObject& watched, const QEvent& event) {
   if (event.type() != QEvent::KeyPress) return false;
   const auto& key = static_cast<const QKeyEvent&>(event);
   const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-  auto* const button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+  auto* const button = qobject_cast<QAbstractButton*>(&watched);
   if (!isReturn || button == nullptr || qobject_cast<SwatchButton*>(button) != nullptr)
     return false;
   button->click();
@@ -68,7 +68,7 @@ bool KeyFilter::eventFilter(QObject* watched, QEvent* event) {
   const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
   if (!isKey || !Watches(watched)) return QObject::eventFilter(watched, event);
   const auto command = CommandOf(static_cast<const QKeyEvent&>(*event));
-  if (!command) return PressedByReturn(*event) || QObject::eventFilter(watched, event);
+  if (!command) return PressedByReturn(*watched, *event) || QObject::eventFilter(watched, event);
   // Claims the key, so that no shortcut of a control takes it first.
   event->accept();
   if (event->type() == QEvent::KeyPress) editor_.Run(*command);
