@@ -56,6 +56,10 @@ FocusMark::FocusMark(QObject* parent) : QObject(parent) {
   connect(qApp, &QApplication::focusChanged, this, &FocusMark::Follow, Qt::QueuedConnection);
 }
 
+FocusMark::~FocusMark() {
+  delete ring_;
+}
+
 void FocusMark::Follow() {
   QWidget* const control = QApplication::focusWidget();
   if (!ring_) ring_ = new Ring;

@@ -13,11 +13,14 @@ class FocusMark final : public QObject {
 
  public:
   explicit FocusMark(QObject* parent);
+  ~FocusMark() override;
+  FocusMark(const FocusMark&) = delete;
+  FocusMark& operator=(const FocusMark&) = delete;
 
  private:
   void Follow();
 
-  QPointer<QFocusFrame> ring_;  // a child of the window it is in, which may go with it
+  QPointer<QFocusFrame> ring_;  // a child of the window it is in, if it is in one
 };
 
 }  // namespace quillomar
