@@ -1,10 +1,15 @@
 # Works a program's window as a user does and waits for what it shows. To be sourced, after tools/display.sh.
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2154
 # Uses: pid, the program's; work, a folder for pictures.
 
+# The screen, and the pictures that it was compared with, stay behind for who looks into it.
 fail() {
-  echo "$(basename "$0"): $*" >&2
-  import -silent -window root "$work/failed.png" 2>/dev/null && cp "$work/failed.png" "${TMPDIR:-/tmp}/window-failed.png"
+  local pictures=${TMPDIR:-/tmp}/window-failed
+  echo "$(basename "$0"): $*; see $pictures" >&2
+  import -silent -window root "$work/failed.png" 2>/dev/null || true
+  rm -rf "$pictures"
+  mkdir -p "$pictures"
+  cp "$work"/*.png "$pictures" 2>/dev/null || true
   exit 1
 }
 
@@ -59,6 +64,19 @@ keys() {
 press() {
   keys "$1"
   wait_until 20 "$2" "$3" || fail "after $1 the window should look $2 $(basename "$3")"
+}
+
+# first_picture FILE: a picture of the window on its first subpicture, to which coming back from the next one leads.
+# The video frame may come later than all else, so that one picture of a window at rest may lack it.
+first_picture() {
+  local _
+  for _ in 1 2 3 4 5; do
+    snapshot "$1"
+    press Right looks_unlike "$1"
+    keys Home
+    ! wait_until 5 looks_like "$1" || return 0
+  done
+  fail "coming back to the first subpicture never shows the same"
 }
 
 # changes WHAT KEYS...: what the keys do can be seen.
