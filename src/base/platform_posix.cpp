@@ -152,11 +152,18 @@ class DiskFileSystem final : public FileSystem {
     return error ? path : canonical.string();
   }
 
-  bool MayWrite(const std::string& path) override { return ::access(path.c_str(), W_OK) == 0; }
+  // Opening asks the device too: one that has shut itself against writing still passes access().
+  bool MayWrite(const std::string& path) override {
+    return Open(path, OpenMode::kReadWrite) != nullptr;
+  }
 
   std::optional<std::uint64_t> FreeSpace(const std::string& folder) override {
     struct statvfs status {};
-    if (::statvfs(folder.c_str(), &status) != 0) return std::nullopt;
+    // A folder that is still to be made gets its room from the one that it will stand in.
+    for (std::filesystem::path path = folder;; path = path.parent_path()) {
+      if (::statvfs(path.c_str(), &status) == 0) break;
+      if (errno != ENOENT || !path.has_relative_path()) return std::nullopt;
+    }
     return std::uint64_t{status.f_bavail} * status.f_frsize;
   }
 

@@ -31,7 +31,7 @@ class WriteTransaction {
   // Nothing more can be written and Commit will fail: what went wrong concerns all of it.
   [[nodiscard]] virtual bool Broken() const = 0;
   // Returns once all changes have reached the device. Where one of them could not be made safe, all
-  // are undone and it fails.
+  // are undone and it fails, with a message.
   [[nodiscard]] virtual Result Commit() = 0;
 };
 

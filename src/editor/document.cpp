@@ -153,7 +153,7 @@ bool Document::Modified() const {
 }
 
 Result Document::Save(JobControl& control) {
-  if (Failed(CheckUnchanged())) return Result::kFailed;
+  if (Failed(CheckFiles())) return Result::kFailed;
   return InSupMode() ? SaveIntoSup() : SaveVobs(control);
 }
 
@@ -186,14 +186,21 @@ void Document::NoteStamps() {
   for (const std::string& path : JournaledPaths()) stamps_[path] = session_.files.Stamp(path);
 }
 
-Result Document::CheckUnchanged() {
+Result Document::CheckFiles() {
+  const auto refuse = [this](const char* text, const std::string& path) {
+    session_.reporter.ReportError(path + text);
+    return Result::kFailed;
+  };
   for (const std::string& path : JournaledPaths()) {
     if (session_.files.Stamp(path) == stamps_[path]) continue;
-    session_.reporter.ReportError(
-        Format("%s has been changed by something else since it was opened.\n"
-               "Nothing was written. Open the files again.",
-               path.c_str()));
-    return Result::kFailed;
+    return refuse(
+        " has been changed by something else since it was opened.\n"
+        "Nothing was written. Open the files again.",
+        path);
+  }
+  for (const std::string& path : OpenedPaths()) {
+    if (session_.files.MayWrite(path)) continue;
+    return refuse(" can no longer be written.\nNothing was changed.", path);
   }
   return Result::kDone;
 }
@@ -218,20 +225,12 @@ Result Document::SaveVobs(JobControl& control) {
   OwnedUnits saved;
   const Result cluts = SaveCluts(*transaction);
   const Result units = SaveUnits(*transaction, control, saved);
-  if (Failed(Commit(*transaction))) return Result::kFailed;
+  if (Failed(transaction->Commit())) return Result::kFailed;
   NoteStamps();
   if (!Failed(cluts)) MarkClutsSaved();
   history_.Clear();
   for (const OwnedUnit& unit : saved) (void)ReloadUnit(*unit);
   return Failed(cluts) ? cluts : units;
-}
-
-Result Document::Commit(WriteTransaction& transaction) {
-  if (!Failed(transaction.Commit())) return Result::kDone;
-  session_.reporter.ReportError(
-      "The changes could not be written safely to the disk.\n"
-      "Keep the files open and try again once the disk works.");
-  return Result::kFailed;
 }
 
 void Document::MarkClutsSaved() {

@@ -111,10 +111,11 @@ class Document final : private PackConsumer {
   bool CompleteUnit(int stream, std::int64_t timeOffset) override;
   void DropUnit(int stream) override;
   void StandardFound(VideoStandard standard) override;
-  // Remembers how the files are now, which CheckUnchanged compares with.
+  // Remembers how the files are now, which CheckFiles compares with.
   void NoteStamps();
-  // Refuses, with a message, files that something else has changed meanwhile.
-  [[nodiscard]] Result CheckUnchanged();
+  // Refuses, with a message, files that something else has changed meanwhile, or that can no longer
+  // be written.
+  [[nodiscard]] Result CheckFiles();
   // Of the IFO and its backup.
   [[nodiscard]] std::uint64_t IfoBytes() const;
   [[nodiscard]] Result ReserveForSave(WriteTransaction& transaction);
@@ -123,7 +124,6 @@ class Document final : private PackConsumer {
   Result SaveIntoSup();
   [[nodiscard]] OwnedUnits Owned() const;
   [[nodiscard]] static OwnedUnits OwnedOf(const UnitList& units);
-  Result Commit(WriteTransaction& transaction);
   void MarkClutsSaved();
   Result SaveUnits(WriteTransaction& transaction, JobControl& control, OwnedUnits& saved);
 

@@ -67,7 +67,7 @@ class KnownPlaces {
 }  // namespace
 
 Result Document::Retime(const UnitList& selection, double seconds, JobControl& control) {
-  if (Failed(CheckUnchanged())) return Result::kFailed;
+  if (Failed(CheckFiles())) return Result::kFailed;
   const std::unique_ptr<WriteTransaction> transaction = session_.transactions->Begin();
   OwnedUnits units = Owned();
   const OwnedUnits moved = OwnedOf(selection);
@@ -77,7 +77,7 @@ Result Document::Retime(const UnitList& selection, double seconds, JobControl& c
   if (Failed(transaction->Reserve(bytes))) return Result::kFailed;
   Result result = moved.size() == 1 ? retimer.RetimeOne(*moved.front(), seconds)
                                     : retimer.RetimeSelected(moved, seconds);
-  if (!Failed(result)) result = Commit(*transaction);
+  if (!Failed(result)) result = transaction->Commit();
   if (Failed(result)) {
     before.PutBack(units, results_, ifo_);
   } else {

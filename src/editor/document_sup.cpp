@@ -57,7 +57,7 @@ Result Document::SaveIntoSup() {
     if (!positions) return Result::kFailed;
   }
   const Result cluts = SaveCluts(*transaction);
-  if (Failed(Commit(*transaction))) return Result::kFailed;
+  if (Failed(transaction->Commit())) return Result::kFailed;
   NoteStamps();
   history_.Clear();
   if (!Failed(cluts)) MarkClutsSaved();
@@ -80,7 +80,7 @@ Result Document::ExportSup(const UnitList& units, const std::string& path) {
     return Result::kFailed;
   }
   const auto positions = SaveSup(file, OwnedOf(units), *transaction, Context());
-  return positions ? Commit(*transaction) : Result::kFailed;
+  return positions ? transaction->Commit() : Result::kFailed;
 }
 
 }  // namespace quillomar

@@ -76,8 +76,9 @@ std::vector<std::string> JournalFolder::Find(const char* extension,
 
 std::vector<std::string> JournalFolder::Left(const std::vector<std::string>& paths) {
   std::vector<std::string> left = Find(kRunning, Canonical(paths));
+  // One that nobody may write is no running one: it can't be restored yet, but must be known.
   const auto running = [this](const std::string& journal) {
-    return !files_.Open(journal, OpenMode::kExclusiveWrite);
+    return files_.MayWrite(journal) && !files_.Open(journal, OpenMode::kExclusiveWrite);
   };
   left.erase(std::remove_if(left.begin(), left.end(), running), left.end());
   return left;
@@ -94,13 +95,22 @@ std::vector<std::string> JournalFolder::FilesOf(const std::string& journal) {
 
 std::unique_ptr<File> JournalFolder::Lock(const std::string& journal) {
   auto file = files_.Open(journal, OpenMode::kExclusiveWrite);
-  if (!file) reporter_.ReportError("Another Quillomar is changing or restoring these files.");
-  return file;
+  if (file) return file;
+  reporter_.ReportError(files_.MayWrite(journal)
+                            ? "Another Quillomar is changing or restoring these files."
+                            : Format("The journal %s cannot be written.\n"
+                                     "Nothing was restored; it can be done later.",
+                                     journal.c_str()));
+  return nullptr;
 }
 
 Result JournalFolder::Restore(const std::string& journal) {
   const auto file = Lock(journal);
-  return file ? RestoreLocked(*file, journal) : Result::kFailed;
+  if (!file) return Result::kFailed;
+  const auto known = ReadJournal(*file);
+  if (!known) return Refuse(journal);
+  const auto handles = OpenAll(*known, *file);
+  return handles ? PutAllBack(journal, *file, *known, *handles) : Result::kFailed;
 }
 
 std::shared_ptr<File> JournalFolder::OpenKnown(const JournaledFile& known, File& journal) {
@@ -129,20 +139,22 @@ Result JournalFolder::Refuse(const std::string& journal) {
   return Result::kFailed;
 }
 
-Result JournalFolder::RestoreLocked(File& journal, const std::string& path) {
-  const auto known = ReadJournal(journal);
-  if (!known) return Refuse(path);
-  std::vector<std::shared_ptr<File>> handles;
-  for (const JournaledFile& file : *known) {
+std::optional<JournalFolder::Handles> JournalFolder::OpenAll(
+    const std::vector<JournaledFile>& known, File& journal) {
+  Handles handles;
+  for (const JournaledFile& file : known) {
     handles.push_back(file.created ? nullptr : OpenKnown(file, journal));
-    if (!file.created && !handles.back()) return Result::kFailed;
+    if (!file.created && !handles.back()) return std::nullopt;
   }
-  if (Failed(PutBack(files_, journal, *known, handles))) {
-    reporter_.ReportError(
-        "The files could not be restored completely. Try again once the disk works.");
-    return Result::kFailed;
-  }
-  return Drop(path);
+  return handles;
+}
+
+Result JournalFolder::PutAllBack(const std::string& path, File& journal,
+                                 const std::vector<JournaledFile>& known, const Handles& handles) {
+  if (!Failed(PutBack(files_, journal, known, handles))) return Drop(path);
+  reporter_.ReportError(
+      "The files could not be restored completely. Try again once the disk works.");
+  return Result::kFailed;
 }
 
 Result JournalFolder::Forget(const std::string& journal) {
@@ -174,6 +186,8 @@ Result JournalFolder::TakeBack(const std::string& journal) {
                                  each.path.c_str()));
     return Result::kFailed;
   }
+  const auto handles = OpenAll(*known, *file);
+  if (!handles) return Result::kFailed;
   // From here on it is a transaction that was interrupted.
   const std::string running = path_ + PathSeparator() + SplitPath(journal).title + kRunning;
   if (files_.Exists(running) || Failed(files_.Rename(journal, running)) ||
@@ -181,7 +195,7 @@ Result JournalFolder::TakeBack(const std::string& journal) {
     reporter_.ReportError("The journal could not be prepared. Nothing was restored.");
     return Result::kFailed;
   }
-  return RestoreLocked(*file, running);
+  return PutAllBack(running, *file, *known, *handles);
 }
 
 std::string JournalFolder::UnfinishedPath(const std::string& journal) {

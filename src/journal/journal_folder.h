@@ -59,14 +59,21 @@ class JournalFolder {
   Result Drop(const std::string& path);
 
  private:
+  using Handles = std::vector<std::shared_ptr<File>>;
+
   [[nodiscard]] std::vector<std::string> Find(const char* extension,
                                               const std::vector<std::string>& paths);
   [[nodiscard]] std::vector<std::string> Canonical(const std::vector<std::string>& paths);
   void DropOld();
   // Says that a journal cannot be read; always fails.
   Result Refuse(const std::string& journal);
-  Result RestoreLocked(File& journal, const std::string& path);
   [[nodiscard]] std::shared_ptr<File> OpenKnown(const JournaledFile& known, File& journal);
+  // The files as PutBack wants them; nothing, with a message, where one may not be restored.
+  [[nodiscard]] std::optional<Handles> OpenAll(const std::vector<JournaledFile>& known,
+                                               File& journal);
+  // The rest of a restore: writes, and removes the journal, which stands at `path`.
+  Result PutAllBack(const std::string& path, File& journal, const std::vector<JournaledFile>& known,
+                    const Handles& handles);
   [[nodiscard]] std::unique_ptr<File> Lock(const std::string& journal);
 
   FileSystem& files_;

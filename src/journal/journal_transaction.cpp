@@ -35,6 +35,7 @@ Result JournalTransaction::Break() {
 }
 
 Result JournalTransaction::Refuse(const std::string& text) {
+  refused_ = true;
   reporter_.ReportError(text);
   return Result::kFailed;
 }
@@ -255,7 +256,11 @@ Result JournalTransaction::Commit() {
     journal_.reset();
     return Result::kDone;
   }
-  (void)Undo();
+  if (!Failed(Undo()) && !refused_) {
+    reporter_.ReportError(
+        "The changes could not be written safely: the disk is full or failing.\n"
+        "All files are as they were. Keep them open and try again once the disk works.");
+  }
   return Break();
 }
 

@@ -47,8 +47,8 @@ class JournalTransaction final : public WriteTransaction {
   [[nodiscard]] Member* Find(const File& file);
   [[nodiscard]] Member& Touch(const std::shared_ptr<File>& file);
   [[nodiscard]] std::size_t PendingPages() const;
-  Result Break();  // marks the transaction as broken; always fails
-  Result Refuse(const std::string& text);
+  Result Break();                          // marks the transaction as broken; always fails
+  Result Refuse(const std::string& text);  // says why; always fails
 
   [[nodiscard]] Result FlushIfMuch();
   [[nodiscard]] Result Flush();
@@ -81,6 +81,7 @@ class JournalTransaction final : public WriteTransaction {
   std::uint64_t written_ = 0;  // bytes of the journal in its file
   Bytes buffer_;               // those that follow
   bool broken_ = false;
+  bool refused_ = false;  // the user knows why nothing was changed
   bool committed_ = false;
 };
 

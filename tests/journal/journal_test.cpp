@@ -99,6 +99,13 @@ TEST_F(Journal, IsOnlyRestoredIntoTheFileItCameFrom) {
   EXPECT_EQ(folder.Restore(journal), Result::kFailed);
   EXPECT_EQ(Content(), other);
   messages.files.Content(kPath) = torn;
+  // A journal that cannot be written now is still one.
+  const Bytes records = messages.files.Content(journal);
+  messages.files.SetReadOnly(journal);
+  EXPECT_EQ(folder.Left({kPath}).size(), 1U);
+  EXPECT_EQ(folder.Restore(journal), Result::kFailed);
+  EXPECT_EQ(Content(), torn);
+  messages.files.Put(journal, records);
   ASSERT_EQ(folder.Restore(journal), Result::kDone);
   EXPECT_EQ(Content(), old);
   EXPECT_TRUE(folder.Left({kPath}).empty());
@@ -132,6 +139,10 @@ TEST_F(Journal, OfACommittedTransactionTakesItBackUnlessTheFileHasChanged) {
   write(2);
   auto saved = folder.Saved({kPath});
   ASSERT_TRUE(saved);
+  messages.files.SetReadOnly(kPath);
+  EXPECT_EQ(folder.TakeBack(*saved), Result::kFailed);
+  EXPECT_EQ(folder.Saved({kPath}), saved);
+  messages.files.SetReadOnly(kPath, false);
   EXPECT_EQ(folder.TakeBack(*saved), Result::kDone);
   EXPECT_EQ(Content(), first);
   EXPECT_FALSE(folder.Saved({kPath}));

@@ -28,7 +28,9 @@ class MemoryFileSystem : public FileSystem {
   void Put(const std::string& path, Bytes content);
   // Content of a file that must exist.
   Bytes& Content(const std::string& path);
-  void SetReadOnly(const std::string& path) { nodes_.at(path)->readOnly = true; }
+  void SetReadOnly(const std::string& path, bool readOnly = true) {
+    nodes_.at(path)->readOnly = readOnly;
+  }
   // Reads that touch this byte fail.
   void FailReadsOf(const std::string& path, std::uint64_t offset);
   void SetFreeSpace(std::uint64_t bytes) { freeSpace_ = bytes; }
