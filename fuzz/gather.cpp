@@ -1,6 +1,6 @@
 // Gathering of arbitrary packs, then an edit, write-back and re-load of each unit. The first byte
 // is the edit: bits 0 to 3 a colour, bits 4 to 6 by how many bytes the control sequences move, bit
-// 7 a new time.
+// 7 a new time. With bits 4 to 6 all set, bits 0 to 3 are the number of sequences that are added.
 #include "spu/gather.h"
 
 #include <algorithm>
@@ -10,6 +10,7 @@
 #include "spu/parse.h"
 #include "spu/rooms.h"
 #include "spu/run_length.h"
+#include "spu/sequence_edit.h"
 #include "spu/write_back.h"
 #include "support/direct_transaction.h"
 #include "support/memory_files.h"
@@ -20,6 +21,7 @@ namespace quillomar::fuzz {
 namespace {
 
 constexpr const char* kPath = "/VTS_01_1.VOB";
+constexpr int kGrow = 7;
 
 class Disc {
  public:
@@ -59,9 +61,22 @@ class Disc {
   void Edit(SubpictureUnit& unit) {
     static_cast<void>(SetColour(unit, edit_ & 0xF, kPattern));
     static_cast<void>(DecodeBitmap(unit, context_));
-    const int bytes = (edit_ >> 4 & 7) - 3;
-    static_cast<void>(ShiftControlSequences(unit, bytes));
+    const int shift = edit_ >> 4 & 7;
+    if (shift == kGrow) {
+      Grow(unit);
+    } else {
+      static_cast<void>(ShiftControlSequences(unit, shift - 3));
+    }
     if ((edit_ & 0x80) != 0) unit.state.pts += 3003;
+  }
+
+  // Commands that take twelve bytes each time.
+  void Grow(SubpictureUnit& unit) {
+    const std::vector<NewCommand> commands = {
+        {kSetColour, {1, 2, 3, 4}}, {kSetContrast, {1, 2, 3, 4}}, {kEndOfCommands, {}}};
+    for (int i = 0; i < (edit_ & 0xF); ++i) {
+      static_cast<void>(AddControlSequence(unit, 0, i, commands, context_));
+    }
   }
 
   Result Write(SubpictureUnit& unit) {
@@ -133,6 +148,24 @@ Bytes WithFieldsSwapped(const test::SpuDescription& description) {
   return unit;
 }
 
+// A unit to which twelve bytes more are too much for its first pack, or nearly. A padding pack
+// stands in its midst.
+Bytes GrowingSeed(std::uint8_t edit, int leaves) {
+  const auto room = static_cast<std::size_t>(PackRoom(5) - leaves);
+  auto description = Describe(60, 60);
+  description.spareBytes = 0;
+  while (test::BuildSpu(description).size() > room) {
+    description = Describe(60, static_cast<int>(description.rows.size()) - 1);
+    description.spareBytes = 0;
+  }
+  auto packs =
+      test::MakeSubpicturePacks(test::BuildSpu(description), {.packs = 2, .paddingPacket = false});
+  packs.insert(packs.begin() + 1, test::MakePaddingPack(0));
+  test::VobBuilder vob;
+  vob.Add(packs);
+  return WithFirst(edit, vob.Image());
+}
+
 }  // namespace
 
 std::vector<Bytes> Seeds() {
@@ -144,8 +177,12 @@ std::vector<Bytes> Seeds() {
   Bytes incomplete(inThree.begin(), inThree.begin() + 1 + 2 * kSectorSize);
   incomplete.insert(incomplete.end(), whole.begin() + 1, whole.end());
   return {Seed(0x15, small, {}),
-          Seed(0xE9, test::BuildSpu(Describe(90, 60)), {.firstHeaderLength = 8}), inThree,
-          incomplete, Seed(0x13, WithFieldsSwapped(Describe(24, 12)), {})};
+          Seed(0xE9, test::BuildSpu(Describe(90, 60)), {.firstHeaderLength = 8}),
+          inThree,
+          incomplete,
+          Seed(0x13, WithFieldsSwapped(Describe(24, 12)), {}),
+          GrowingSeed(0x7F, 0),
+          GrowingSeed(0x71, 12)};
 }
 
 }  // namespace quillomar::fuzz

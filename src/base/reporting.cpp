@@ -34,6 +34,10 @@ bool Reporter::AskOkCancel(const std::string& question) {
   return hooks_.askOkCancel && hooks_.askOkCancel(question);
 }
 
+bool Reporter::AskRecommended(const std::string& question) {
+  return hooks_.askRecommended ? hooks_.askRecommended(question) : AskYesNo(question);
+}
+
 std::string Reporter::StatusText() const {
   const std::lock_guard lock(mutex_);
   return statusText_;

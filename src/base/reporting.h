@@ -19,6 +19,8 @@ struct ReportingHooks {
   std::function<int(const std::string& text)> showError;         // returns the message box's result
   std::function<bool(const std::string& question)> askYesNo;     // true for Yes
   std::function<bool(const std::string& question)> askOkCancel;  // true for OK
+  // As askYesNo, which is asked where this is empty, but Yes is what Return answers.
+  std::function<bool(const std::string& question)> askRecommended = {};
 };
 
 // The one way by which the program tells the user something. Safe to call from any thread.
@@ -38,6 +40,8 @@ class Reporter {
   // Answers no where nobody can be asked.
   bool AskYesNo(const std::string& question);
   bool AskOkCancel(const std::string& question);
+  // A question whose Yes is recommended.
+  bool AskRecommended(const std::string& question);
 
   // The text of the last log line, for the progress display.
   [[nodiscard]] std::string StatusText() const;

@@ -22,7 +22,7 @@ JournalFolder Editor::Journals() {
 bool Editor::SettleJournal(const std::string& journal) {
   JournalFolder journals = Journals();
   const std::string files = OnePerLine(journals.FilesOf(journal));
-  const bool restore = session_.reporter.AskYesNo(
+  const bool restore = session_.reporter.AskRecommended(
       "Quillomar was stopped while it was changing these files:\n" + files +
       "They may be half changed. What was overwritten has been kept.\n"
       "Do you want to restore the files to what they were before that change? (recommended)");

@@ -7,6 +7,7 @@
 #include "dvd/nav_pack.h"
 #include "dvd/pack.h"
 #include "retime/pack_move.h"
+#include "spu/pack_reader.h"
 #include "spu/spu_pack.h"
 
 namespace quillomar {
@@ -169,7 +170,8 @@ Retimer::Outcome Retimer::Refuse(const char* text) {
 Retimer::Outcome Retimer::ChangeTimeOnly(SubpictureUnit& unit, std::int64_t delta) {
   const std::uint32_t lba = unit.Lba();
   if (Failed(buffer_.Load(lba, lba))) return Refuse("Couldn't load memory");
-  if (!BeginsUnit(buffer_.At(lba)) || !HasTimeStamp(buffer_.At(lba))) {
+  const SectorView pack = buffer_.At(lba);
+  if (!IsAsRead(unit.packs.front(), pack) || !BeginsUnit(pack) || !HasTimeStamp(pack)) {
     return Refuse("Problem moving the pack!");
   }
   ShiftTime(unit, delta);
@@ -198,8 +200,7 @@ Retimer::Outcome Retimer::MovePacks(SubpictureUnit& unit, std::int64_t delta, st
   const auto slots = FindSlots(buffer_, vobus[chosen], sources);
   if (!slots) return Refuse("Couldn't locate an empty slot!");
   const auto held = [&](const SpuPack& pack) {
-    return buffer_.Holds(pack.lba) &&
-           (!pack.payloadSum || *pack.payloadSum == PayloadSum(buffer_.At(pack.lba)));
+    return buffer_.Holds(pack.lba) && IsAsRead(pack, buffer_.At(pack.lba));
   };
   if (!std::all_of(unit.packs.begin(), unit.packs.end(), held) ||
       !BeginsUnit(buffer_.At(unit.Lba())) || !HasTimeStamp(buffer_.At(unit.Lba()))) {

@@ -1,5 +1,7 @@
 #include "spu/pack_reader.h"
 
+#include "spu/spu_pack.h"
+
 namespace quillomar {
 
 std::optional<std::size_t> ReadPacks(const SubpictureUnit& unit, VobFileSet& set,
@@ -9,6 +11,10 @@ std::optional<std::size_t> ReadPacks(const SubpictureUnit& unit, VobFileSet& set
     if (Failed(set.ReadSectors(unit.packs[i].lba, 1, packs[i]))) return i;
   }
   return std::nullopt;
+}
+
+bool IsAsRead(const SpuPack& known, SectorView pack) {
+  return !known.payloadSum || *known.payloadSum == PayloadSum(pack);
 }
 
 }  // namespace quillomar

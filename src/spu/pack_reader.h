@@ -12,4 +12,7 @@ namespace quillomar {
 [[nodiscard]] std::optional<std::size_t> ReadPacks(const SubpictureUnit& unit, VobFileSet& set,
                                                    std::vector<Sector>& packs);
 
+// False when the pack's payload is no longer what was gathered.
+[[nodiscard]] bool IsAsRead(const SpuPack& known, SectorView pack);
+
 }  // namespace quillomar

@@ -39,10 +39,6 @@ bool PacksHold(std::span<const Sector> packs, const SubpictureUnit& unit, const 
          SameTime(unit, packs.front());
 }
 
-bool IsAsRead(const SpuPack& known, SectorView pack) {
-  return !known.payloadSum || *known.payloadSum == PayloadSum(pack);
-}
-
 // Refuses, before the first write, packs that are not what was gathered.
 Result CheckPacks(const SubpictureUnit& unit, std::span<const Sector> packs,
                   const SpuContext& context) {

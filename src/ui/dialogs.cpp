@@ -23,6 +23,11 @@ std::vector<std::string> ToPaths(const QStringList& names) {
   return paths;
 }
 
+bool Ask(QWidget* owner, const std::string& question, QMessageBox::StandardButton ofReturn) {
+  return QMessageBox::question(owner, kProgram, QString::fromStdString(question),
+                               QMessageBox::Yes | QMessageBox::No, ofReturn) == QMessageBox::Yes;
+}
+
 // An existing file is asked about; a name without an extension gets that of the chosen type.
 void PrepareForSaving(QFileDialog& dialog) {
   dialog.setAcceptMode(QFileDialog::AcceptSave);
@@ -51,9 +56,11 @@ void QtDialogs::ShowMessage(const std::string& text) {
 }
 
 bool QtDialogs::AskYesNo(const std::string& question) {
-  return QMessageBox::question(Owner(), kProgram, QString::fromStdString(question),
-                               QMessageBox::Yes | QMessageBox::No,
-                               QMessageBox::No) == QMessageBox::Yes;
+  return Ask(Owner(), question, QMessageBox::No);
+}
+
+bool QtDialogs::AskRecommended(const std::string& question) {
+  return Ask(Owner(), question, QMessageBox::Yes);
 }
 
 bool QtDialogs::AskOkCancel(const std::string& question) {

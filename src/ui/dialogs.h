@@ -23,6 +23,8 @@ class Dialogs {
   virtual int ShowError(const std::string& text) = 0;
   virtual void ShowMessage(const std::string& text) = 0;
   virtual bool AskYesNo(const std::string& question) = 0;
+  // As AskYesNo, but Return answers Yes.
+  virtual bool AskRecommended(const std::string& question) = 0;
   virtual bool AskOkCancel(const std::string& question) = 0;
   virtual void ShowAbout() = 0;
   // As FrontEnd has them.
@@ -43,6 +45,7 @@ class QtDialogs final : public Dialogs {
   int ShowError(const std::string& text) override;
   void ShowMessage(const std::string& text) override;
   bool AskYesNo(const std::string& question) override;
+  bool AskRecommended(const std::string& question) override;
   bool AskOkCancel(const std::string& question) override;
   void ShowAbout() override;
   std::vector<std::string> ChooseFiles(const FileRequest& request) override;

@@ -38,6 +38,9 @@ ReportingHooks QtFrontEnd::Hooks() {
   hooks.askOkCancel = [this](const std::string& question) {
     return OnThreadOf(*this, [&] { return dialogs_.AskOkCancel(question); });
   };
+  hooks.askRecommended = [this](const std::string& question) {
+    return OnThreadOf(*this, [&] { return dialogs_.AskRecommended(question); });
+  };
   return hooks;
 }
 

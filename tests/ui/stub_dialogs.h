@@ -16,6 +16,7 @@ class StubDialogs final : public Dialogs {
   }
   void ShowMessage(const std::string& text) override { messages.push_back(text); }
   bool AskYesNo(const std::string& question) override { return Answer(question); }
+  bool AskRecommended(const std::string& question) override { return Answer(question); }
   bool AskOkCancel(const std::string& question) override { return Answer(question); }
   void ShowAbout() override { ++abouts; }
   std::vector<std::string> ChooseFiles(const FileRequest& request) override {
