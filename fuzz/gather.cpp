@@ -1,6 +1,7 @@
 // Gathering of arbitrary packs, then an edit, write-back and re-load of each unit. The first byte
 // is the edit: bits 0 to 3 a colour, bits 4 to 6 by how many bytes the control sequences move, bit
-// 7 a new time. With bits 4 to 6 all set, bits 0 to 3 are the number of sequences that are added.
+// 7 a new time. With bits 4 to 6 all set, bits 0 to 3 are the number of sequences that are added;
+// with 5 and 6 alone something else changes the unit's packs after they were gathered.
 #include "spu/gather.h"
 
 #include <algorithm>
@@ -21,7 +22,9 @@ namespace quillomar::fuzz {
 namespace {
 
 constexpr const char* kPath = "/VTS_01_1.VOB";
+constexpr int kSpoil = 6;
 constexpr int kGrow = 7;
+constexpr int kGrowth = 11;
 
 class Disc {
  public:
@@ -61,16 +64,17 @@ class Disc {
   void Edit(SubpictureUnit& unit) {
     static_cast<void>(SetColour(unit, edit_ & 0xF, kPattern));
     static_cast<void>(DecodeBitmap(unit, context_));
-    const int shift = edit_ >> 4 & 7;
-    if (shift == kGrow) {
+    if (Kind() == kGrow) {
       Grow(unit);
     } else {
-      static_cast<void>(ShiftControlSequences(unit, shift - 3));
+      static_cast<void>(ShiftControlSequences(unit, Kind() - 3));
     }
     if ((edit_ & 0x80) != 0) unit.state.pts += 3003;
   }
 
-  // Commands that take twelve bytes each time.
+  [[nodiscard]] int Kind() const { return edit_ >> 4 & 7; }
+
+  // Adds sequences of kGrowth bytes.
   void Grow(SubpictureUnit& unit) {
     const std::vector<NewCommand> commands = {
         {kSetColour, {1, 2, 3, 4}}, {kSetContrast, {1, 2, 3, 4}}, {kEndOfCommands, {}}};
@@ -88,9 +92,21 @@ class Disc {
     return !Failed(ParseControlSequences(unit, 0, unit.state.dcsqtOffset, context_));
   }
 
+  void RefuseSpoilt(SubpictureUnit& unit) {
+    std::uint8_t& last = files_.Content(kPath).at((unit.packs.back().lba + 1) * kSectorSize - 1);
+    last ^= 1;
+    const int writes = files_.WritesDone();
+    Require(Failed(Write(unit)) && files_.WritesDone() == writes);
+    last ^= 1;
+  }
+
   // Saving a sound unit succeeds, loads again, and has nothing more to write.
   void Save(SubpictureUnit unit) {
     Edit(unit);
+    if (Kind() == kSpoil) {
+      RefuseSpoilt(unit);
+      return;
+    }
     const bool hasStream = std::all_of(unit.packs.begin(), unit.packs.end(), [&](const auto& each) {
       Sector pack{};
       Require(!Failed(set_.ReadSectors(each.lba, 1, pack)));
@@ -148,22 +164,24 @@ Bytes WithFieldsSwapped(const test::SpuDescription& description) {
   return unit;
 }
 
-// A unit to which twelve bytes more are too much for its first pack, or nearly. A padding pack
-// stands in its midst.
-Bytes GrowingSeed(std::uint8_t edit, int leaves) {
-  const auto room = static_cast<std::size_t>(PackRoom(5) - leaves);
-  auto description = Describe(60, 60);
-  description.spareBytes = 0;
-  while (test::BuildSpu(description).size() > room) {
-    description = Describe(60, static_cast<int>(description.rows.size()) - 1);
+// A unit in two packs, a padding pack in their midst, that grows until its first pack is full but
+// for a few bytes, or by one sequence more.
+Bytes GrowingSeed(int more) {
+  const int room = PackRoom(5);
+  Bytes unit;
+  int left = 0;
+  for (int height = 200; unit.empty() || left < 0 || left % kGrowth == 0 || left % kGrowth > 5;
+       --height) {
+    auto description = Describe(90, height);
     description.spareBytes = 0;
+    unit = test::BuildSpu(description);
+    left = room - static_cast<int>(unit.size());
   }
-  auto packs =
-      test::MakeSubpicturePacks(test::BuildSpu(description), {.packs = 2, .paddingPacket = false});
+  auto packs = test::MakeSubpicturePacks(unit, {.packs = 2, .paddingPacket = false});
   packs.insert(packs.begin() + 1, test::MakePaddingPack(0));
   test::VobBuilder vob;
   vob.Add(packs);
-  return WithFirst(edit, vob.Image());
+  return WithFirst(static_cast<std::uint8_t>(kGrow << 4 | (left / kGrowth + more)), vob.Image());
 }
 
 }  // namespace
@@ -181,8 +199,9 @@ std::vector<Bytes> Seeds() {
           inThree,
           incomplete,
           Seed(0x13, WithFieldsSwapped(Describe(24, 12)), {}),
-          GrowingSeed(0x7F, 0),
-          GrowingSeed(0x71, 12)};
+          GrowingSeed(0),
+          GrowingSeed(1),
+          Seed(0x61, small, {})};
 }
 
 }  // namespace quillomar::fuzz
