@@ -13,13 +13,13 @@
 #include <string>
 #include <vector>
 
+#include "author/ifo_builder.h"
+#include "author/pack_builder.h"
+#include "author/spu_builder.h"
 #include "base/format.h"
 #include "base/platform.h"
 #include "cli/cli_front_end.h"
 #include "editor/editor.h"
-#include "support/ifo_builder.h"
-#include "support/pack_builder.h"
-#include "support/spu_builder.h"
 
 namespace quillomar {
 namespace {
@@ -39,7 +39,9 @@ class Domain {
         groups_((count + kSubpictureStreams - 1) / kSubpictureStreams),
         pieceSectors_(static_cast<std::uint32_t>(gib * kGib / kPieces / kSectorSize)),
         step_(pieceSectors_ * kPieces / groups_),
-        unit_(test::BuildSpu(test::Subtitle(test::RandomRows(1, 480, 60, 24), 120, 380, 200))) {}
+        unit_(
+            author::BuildSpu(author::Subtitle(author::RandomRows(1, 480, 60, 24), 120, 380, 200))) {
+  }
 
   std::vector<std::string> Make() {
     (void)files_.CreateFolder(folder_);
@@ -76,26 +78,26 @@ class Domain {
   Bytes Group(std::uint32_t group, std::uint32_t lba) const {
     const std::uint64_t clock = (group + 1) * kTicksPerGroup;
     const auto start = static_cast<std::uint32_t>(clock);
-    test::VobBuilder vob;
-    vob.Add(
-        test::MakeNavPack({clock, lba, start, start + static_cast<std::uint32_t>(kTicksPerGroup)}));
-    vob.Add(test::MakeVideoPack(clock, {test::SequenceHeader(720, 576, 3),
-                                        test::SequenceExtension(), test::PictureHeader(1)}));
+    author::VobBuilder vob;
+    vob.Add(author::MakeNavPack(
+        {clock, lba, start, start + static_cast<std::uint32_t>(kTicksPerGroup)}));
+    vob.Add(author::MakeVideoPack(clock, {author::SequenceHeader(720, 576, 3),
+                                          author::SequenceExtension(), author::PictureHeader(1)}));
     for (int stream = 0; stream < kSubpictureStreams; ++stream) {
-      vob.Add(test::MakeSubpicturePacks(unit_, {stream, clock + kPtsAfterClock, clock}));
+      vob.Add(author::MakeSubpicturePacks(unit_, {stream, clock + kPtsAfterClock, clock}));
     }
     return vob.Image();
   }
 
   Bytes Ifo() const {
     const std::uint32_t last = pieceSectors_ * kPieces - 1;
-    test::ChainSpec chain;
+    author::ChainSpec chain;
     chain.cells = {{{1, 1}, 0, 0, (groups_ - 1) * step_, last}};
     for (int i = 0; i < kPixelTypes; ++i) {
       chain.clut.at(static_cast<std::size_t>(i)) = {static_cast<std::uint8_t>(16 + 60 * i), 128,
                                                     128};
     }
-    test::IfoSpec spec;
+    author::IfoSpec spec;
     for (int stream = 0; stream < kSubpictureStreams; ++stream) {
       chain.subpictures[stream] = 0x80000000U | static_cast<std::uint32_t>(stream) << 24;
       spec.title.subpictures.emplace_back("en");
@@ -103,7 +105,7 @@ class Domain {
     spec.titleChains = {chain};
     for (std::uint32_t group = 0; group < groups_; ++group)
       spec.titleVobus.push_back(group * step_);
-    return test::BuildIfo(spec);
+    return author::BuildIfo(spec);
   }
 
   FileSystem& files_;

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "author/pack_builder.h"
+#include "author/spu_builder.h"
 #include "fuzz_target.h"
 #include "spu/colour_edit.h"
 #include "spu/parse.h"
@@ -15,8 +17,6 @@
 #include "spu/write_back.h"
 #include "support/direct_transaction.h"
 #include "support/memory_files.h"
-#include "support/pack_builder.h"
-#include "support/spu_builder.h"
 
 namespace quillomar::fuzz {
 namespace {
@@ -135,29 +135,29 @@ class Disc {
   Highlight highlight_;
 };
 
-test::SpuDescription Describe(int width, int height) {
-  test::SpuDescription description =
-      test::Subtitle(test::RandomRows(1, width, height, 9), 100, 100, 90);
+author::SpuDescription Describe(int width, int height) {
+  author::SpuDescription description =
+      author::Subtitle(author::RandomRows(1, width, height, 9), 100, 100, 90);
   description.spareBytes = 4;
   return description;
 }
 
-Bytes Seed(std::uint8_t edit, const Bytes& unit, const test::SubpictureSpec& spec) {
-  test::VobBuilder vob;
-  vob.Add(test::MakeSubpicturePacks(unit, spec));
+Bytes Seed(std::uint8_t edit, const Bytes& unit, const author::SubpictureSpec& spec) {
+  author::VobBuilder vob;
+  vob.Add(author::MakeSubpicturePacks(unit, spec));
   return WithFirst(edit, vob.Image());
 }
 
 // The odd rows' codes stand before those of the even rows.
-Bytes WithFieldsSwapped(const test::SpuDescription& description) {
-  Bytes unit = test::BuildSpu(description);
-  const Bytes top = test::BuildField(description.rows, 0);
-  const Bytes bottom = test::BuildField(description.rows, 1);
+Bytes WithFieldsSwapped(const author::SpuDescription& description) {
+  Bytes unit = author::BuildSpu(description);
+  const Bytes top = author::BuildField(description.rows, 0);
+  const Bytes bottom = author::BuildField(description.rows, 1);
   const auto begin = unit.begin() + kSpuHeaderSize;
   std::copy(top.begin(), top.end(), std::copy(bottom.begin(), bottom.end(), begin));
   const auto first = static_cast<int>(kSpuHeaderSize);
-  const Bytes was = test::FieldOffsetsCommand(first, first + static_cast<int>(top.size()));
-  const Bytes is = test::FieldOffsetsCommand(first + static_cast<int>(bottom.size()), first);
+  const Bytes was = author::FieldOffsetsCommand(first, first + static_cast<int>(top.size()));
+  const Bytes is = author::FieldOffsetsCommand(first + static_cast<int>(bottom.size()), first);
   const auto command = std::search(unit.begin(), unit.end(), was.begin(), was.end());
   Require(command != unit.end());
   std::copy(is.begin(), is.end(), command);
@@ -174,12 +174,12 @@ Bytes GrowingSeed(int more) {
        --height) {
     auto description = Describe(90, height);
     description.spareBytes = 0;
-    unit = test::BuildSpu(description);
+    unit = author::BuildSpu(description);
     left = room - static_cast<int>(unit.size());
   }
-  auto packs = test::MakeSubpicturePacks(unit, {.packs = 2, .paddingPacket = false});
-  packs.insert(packs.begin() + 1, test::MakePaddingPack(0));
-  test::VobBuilder vob;
+  auto packs = author::MakeSubpicturePacks(unit, {.packs = 2, .paddingPacket = false});
+  packs.insert(packs.begin() + 1, author::MakePaddingPack(0));
+  author::VobBuilder vob;
   vob.Add(packs);
   return WithFirst(static_cast<std::uint8_t>(kGrow << 4 | (left / kGrowth + more)), vob.Image());
 }
@@ -187,15 +187,15 @@ Bytes GrowingSeed(int more) {
 }  // namespace
 
 std::vector<Bytes> Seeds() {
-  const Bytes small = test::BuildSpu(Describe(20, 8));
+  const Bytes small = author::BuildSpu(Describe(20, 8));
   const Bytes inThree =
-      Seed(0x72, test::BuildSpu(Describe(30, 20)), {.packs = 3, .paddingPacket = false});
+      Seed(0x72, author::BuildSpu(Describe(30, 20)), {.packs = 3, .paddingPacket = false});
   const Bytes whole = Seed(0, small, {});
   // Two of its three packs, then another unit.
   Bytes incomplete(inThree.begin(), inThree.begin() + 1 + 2 * kSectorSize);
   incomplete.insert(incomplete.end(), whole.begin() + 1, whole.end());
   return {Seed(0x15, small, {}),
-          Seed(0xE9, test::BuildSpu(Describe(90, 60)), {.firstHeaderLength = 8}),
+          Seed(0xE9, author::BuildSpu(Describe(90, 60)), {.firstHeaderLength = 8}),
           inThree,
           incomplete,
           Seed(0x13, WithFieldsSwapped(Describe(24, 12)), {}),

@@ -2,13 +2,13 @@
 // again. Bit 0 of the first byte makes it the manager's.
 #include <algorithm>
 
+#include "author/ifo_builder.h"
 #include "dvd/cell_map.h"
 #include "dvd/ifo_file.h"
 #include "dvd/ifo_layout.h"
 #include "dvd/sector.h"
 #include "fuzz_target.h"
 #include "support/direct_transaction.h"
-#include "support/ifo_builder.h"
 #include "support/memory_files.h"
 
 namespace quillomar::fuzz {
@@ -106,11 +106,11 @@ class IfoRun {
   std::string backup_;
 };
 
-test::IfoSpec Spec() {
-  test::IfoSpec spec;
+author::IfoSpec Spec() {
+  author::IfoSpec spec;
   spec.title = {3 << kAspectShift, {"en", "fr"}, {{0, "en", 6}, {4, "de", 2}}};
   spec.menu = {0, {"es"}, {{2, "it", 1}}};
-  test::ChainSpec chain;
+  author::ChainSpec chain;
   chain.cells = {{{1, 1}, 0, 0, 20, 30}, {{1, 2}, 31, 0, 50, 60}};
   chain.clut[3] = {235, 128, 128};
   chain.subpictures = {{0, kPgcSubpictureAvailable | 0x0102}};
@@ -122,9 +122,9 @@ test::IfoSpec Spec() {
 }
 
 Bytes Seed(bool manager) {
-  test::IfoSpec spec = Spec();
+  author::IfoSpec spec = Spec();
   spec.manager = manager;
-  return WithFirst(manager ? 1 : 0, test::BuildIfo(spec));
+  return WithFirst(manager ? 1 : 0, author::BuildIfo(spec));
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ constexpr std::uint8_t kMenu = 8;
 constexpr float kSlantStep = 1 / 256.0F;
 
 Bytes Seed(const std::vector<std::string>& lines, std::uint8_t kinds) {
-  return WithUnit({kinds, 0, 1, 0}, test::Subtitle(test::DrawBlocks(lines), 40, 400, 300));
+  return WithUnit({kinds, 0, 1, 0}, author::Subtitle(test::DrawBlocks(lines), 40, 400, 300));
 }
 
 // What holds whatever was done.

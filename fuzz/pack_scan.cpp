@@ -2,17 +2,17 @@
 // the image is scanned: bit 0 by a list of sectors, bits 1 to 3 where it is cut into two pieces.
 #include <algorithm>
 
+#include "author/pack_builder.h"
 #include "dvd/pack.h"
 #include "dvd/scanner.h"
 #include "fuzz_target.h"
 #include "support/memory_files.h"
-#include "support/pack_builder.h"
 
 namespace quillomar::fuzz {
 namespace {
 
-using test::MakeNavPack;
-using test::MakeVideoPack;
+using author::MakeNavPack;
+using author::MakeVideoPack;
 
 // Ends a unit as its first byte says, so that all answers occur.
 class CheckingConsumer final : public PackConsumer {
@@ -48,12 +48,12 @@ void CheckResults(const ScanResults& results, std::uint32_t sectors) {
 
 std::vector<Bytes> Seeds() {
   const Highlight highlight{.buttons = {{.colourNumber = 1, .x = 9, .width = 9, .left = 1}}};
-  const auto subpicture = test::MakeSubpicturePacks(Bytes(2100, 0x22), {.firstHeaderLength = 8});
-  test::VobBuilder vob;
+  const auto subpicture = author::MakeSubpicturePacks(Bytes(2100, 0x22), {.firstHeaderLength = 8});
+  author::VobBuilder vob;
   vob.Add(MakeNavPack({.startTime = 900, .endTime = 45900, .highlight = highlight}));
-  vob.Add(MakeVideoPack(0, {test::SequenceHeader(720, 480, 2), test::SequenceExtension(),
-                            test::PictureHeader(1), test::ClosedCaptions()}));
-  vob.Add(subpicture).Add(test::MakePrivatePack(0, 0x80)).Add(MakeNavPack({.clock = 90000}));
+  vob.Add(MakeVideoPack(0, {author::SequenceHeader(720, 480, 2), author::SequenceExtension(),
+                            author::PictureHeader(1), author::ClosedCaptions()}));
+  vob.Add(subpicture).Add(author::MakePrivatePack(0, 0x80)).Add(MakeNavPack({.clock = 90000}));
   return {WithFirst(0, vob.Image()), WithFirst(5, vob.Image())};
 }
 

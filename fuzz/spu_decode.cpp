@@ -2,11 +2,11 @@
 // PAL, bits 1 and 2 the margins, bits 3 to 7 the free room.
 #include <numeric>
 
+#include "author/spu_builder.h"
 #include "fuzz_target.h"
 #include "spu/parse.h"
 #include "spu/run_length.h"
 #include "support/memory_files.h"
-#include "support/spu_builder.h"
 
 namespace quillomar::fuzz {
 namespace {
@@ -62,18 +62,19 @@ void Run(SubpictureUnit& unit, CropMargins margins, const SpuContext& context) {
   CheckRecord(unit, context);
 }
 
-Bytes Seed(std::uint8_t options, const test::SpuDescription& description) {
-  return WithFirst(options, test::BuildSpu(description));
+Bytes Seed(std::uint8_t options, const author::SpuDescription& description) {
+  return WithFirst(options, author::BuildSpu(description));
 }
 
 }  // namespace
 
 std::vector<Bytes> Seeds() {
-  test::SpuDescription changing = test::Subtitle(test::RandomRows(1, 40, 9, 20), 100, 470, 105);
+  author::SpuDescription changing =
+      author::Subtitle(author::RandomRows(1, 40, 9, 20), 100, 470, 105);
   changing.sequences[0].commands.push_back(
-      test::ColconCommand({{100, 120, {{8, {1, 2, 3, 4}, {5, 6, 7, 8}}}}}));
-  changing.sequences.push_back({200, {test::ContrastCommand({0, 1, 2, 3})}});
-  const auto wide = test::Subtitle(test::RandomRows(2, 720, 6, 300), 0, 200, 50);
+      author::ColconCommand({{100, 120, {{8, {1, 2, 3, 4}, {5, 6, 7, 8}}}}}));
+  changing.sequences.push_back({200, {author::ContrastCommand({0, 1, 2, 3})}});
+  const auto wide = author::Subtitle(author::RandomRows(2, 720, 6, 300), 0, 200, 50);
   return {Seed(0, changing), Seed(0xFF, wide)};
 }
 

@@ -14,7 +14,7 @@ constexpr std::size_t kHeaderSize = 3;
 constexpr std::size_t kStepSize = 4;
 
 Bytes Seed(std::uint16_t freeRoom, const std::vector<Bytes>& steps,
-           const test::SpuDescription& description) {
+           const author::SpuDescription& description) {
   Bytes input(kHeaderSize);
   input[0] = static_cast<std::uint8_t>(steps.size());
   PutShort(input, 1, freeRoom);
@@ -25,10 +25,10 @@ Bytes Seed(std::uint16_t freeRoom, const std::vector<Bytes>& steps,
 }  // namespace
 
 std::vector<Bytes> Seeds() {
-  auto subtitle = test::Subtitle({"00000000", "01123300"}, 16, 400, 300);
+  auto subtitle = author::Subtitle({"00000000", "01123300"}, 16, 400, 300);
   subtitle.spareBytes = 40;
-  auto banded = test::Subtitle({"0123", "3210", "0011"}, 16, 400, 90);
-  const auto bands = test::ColconCommand({{400, 401, {{16, {1, 2, 3, 4}, {5, 6, 7, 8}}}}});
+  auto banded = author::Subtitle({"0123", "3210", "0011"}, 16, 400, 90);
+  const auto bands = author::ColconCommand({{400, 401, {{16, {1, 2, 3, 4}, {5, 6, 7, 8}}}}});
   banded.sequences[0].commands.push_back(bands);
   banded.sequences.insert(banded.sequences.begin() + 1, {30, {bands}});
   return {Seed(100,

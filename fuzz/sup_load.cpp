@@ -4,10 +4,10 @@
 
 #include <algorithm>
 
+#include "author/spu_builder.h"
 #include "fuzz_target.h"
 #include "support/direct_transaction.h"
 #include "support/memory_files.h"
-#include "support/spu_builder.h"
 
 namespace quillomar::fuzz {
 namespace {
@@ -87,13 +87,13 @@ Bytes Record(const Bytes& unit) {
 }  // namespace
 
 std::vector<Bytes> Seeds() {
-  test::SpuDescription subtitle = test::Subtitle({"0011", "0230", "1111"}, 100, 400, 90);
+  author::SpuDescription subtitle = author::Subtitle({"0011", "0230", "1111"}, 100, 400, 90);
   subtitle.spareBytes = 7;
-  const Bytes first = Record(test::BuildSpu(subtitle));
+  const Bytes first = Record(author::BuildSpu(subtitle));
   subtitle.y = 500;
   subtitle.sequences[1].commands.push_back(
-      test::ColconCommand({{500, 501, {{101, {3, 2, 1, 0}, {15, 15, 15, 0}}}}}));
-  const Bytes second = Record(test::BuildSpu(subtitle));
+      author::ColconCommand({{500, 501, {{101, {3, 2, 1, 0}, {15, 15, 15, 0}}}}}));
+  const Bytes second = Record(author::BuildSpu(subtitle));
   Bytes both = first;
   both.insert(both.end(), second.begin(), second.end());
   return {first, both};

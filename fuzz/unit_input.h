@@ -1,10 +1,10 @@
 #pragma once
 
+#include "author/spu_builder.h"
 #include "dvd/big_endian.h"
 #include "fuzz_target.h"
 #include "spu/parse.h"
 #include "support/memory_files.h"
-#include "support/spu_builder.h"
 
 namespace quillomar::fuzz {
 
@@ -15,7 +15,7 @@ class UnitInput {
   // False when that cannot be a unit.
   [[nodiscard]] bool Take(ByteSpan bytes, int freeRoom) {
     if (bytes.size() < kSpuHeaderSize || bytes.size() > kMaxSpuSize) return false;
-    unit = test::MakeUnit(Bytes(bytes.begin(), bytes.end()));
+    unit = author::MakeUnit(Bytes(bytes.begin(), bytes.end()));
     PutShort(unit.state.bytes, kSpuSizeOffset, static_cast<std::uint16_t>(bytes.size()));
     unit.state.freeRoom = freeRoom;
     return !Failed(ParseControlSequences(unit, 0, 0, context));
@@ -32,8 +32,8 @@ class UnitInput {
 };
 
 // The head of an input and the unit behind it.
-inline Bytes WithUnit(Bytes head, const test::SpuDescription& description) {
-  const Bytes unit = test::BuildSpu(description);
+inline Bytes WithUnit(Bytes head, const author::SpuDescription& description) {
+  const Bytes unit = author::BuildSpu(description);
   head.insert(head.end(), unit.begin(), unit.end());
   return head;
 }

@@ -8,8 +8,8 @@
 #include <fstream>
 #include <iostream>
 
+#include "author/spu_builder.h"
 #include "phrase_book.h"
-#include "support/spu_builder.h"
 #include "typesetter.h"
 
 namespace quillomar::bench {
@@ -65,7 +65,7 @@ void WriteTruth(std::ofstream& out, int number, const TypesetPicture& picture) {
 void WriteSup(std::ofstream& out, int number, const std::vector<std::string>& rows) {
   const int width = static_cast<int>(rows[0].size()), height = static_cast<int>(rows.size());
   const auto description =
-      test::Subtitle(rows, (kPalWidth - width) / 2, (kLastLine - height) & ~1, 200);
+      author::Subtitle(rows, (kPalWidth - width) / 2, (kLastLine - height) & ~1, 200);
   const auto pts = static_cast<std::uint32_t>(number) * 270000U;
   Bytes record = {'S', 'P'};
   for (const unsigned shift : {0U, 8U, 16U, 24U}) {
@@ -73,7 +73,7 @@ void WriteSup(std::ofstream& out, int number, const std::vector<std::string>& ro
   }
   record.resize(record.size() + 4);
   Put(out, record);
-  Put(out, test::BuildSpu(description));
+  Put(out, author::BuildSpu(description));
 }
 
 void WritePgm(const std::string& path, const std::vector<std::string>& rows) {

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "author/spu_builder.h"
 #include "base/platform.h"
 #include "bitmap/bitmap_export.h"
 #include "bitmap/bitmap_import.h"
@@ -13,11 +14,11 @@
 #include "spu/parse.h"
 #include "spu/run_length.h"
 #include "support/message_collector.h"
-#include "support/spu_builder.h"
 
 namespace quillomar {
 namespace {
 
+using namespace author;
 using namespace test;
 using Rows = std::vector<std::string>;
 

@@ -7,6 +7,9 @@
 #include <functional>
 #include <ostream>
 
+#include "author/ifo_builder.h"
+#include "author/pack_builder.h"
+#include "author/spu_builder.h"
 #include "base/format.h"
 #include "cli/cli_front_end.h"
 #include "dvd/big_endian.h"
@@ -15,15 +18,12 @@
 #include "spu/colour_edit.h"
 #include "spu/parse.h"
 #include "support/direct_transaction.h"
-#include "support/ifo_builder.h"
 #include "support/memory_files.h"
-#include "support/pack_builder.h"
-#include "support/spu_builder.h"
 
 namespace quillomar {
 namespace {
 
-using test::SpuDescription;
+using author::SpuDescription;
 
 constexpr const char* kVob = "/disc/VTS_01_1.VOB";
 constexpr const char* kIfo = "/disc/VTS_01_0.IFO";
@@ -37,7 +37,7 @@ constexpr const char* kScrambled =
     "Their subpics can't be read properly and won't be written.";
 
 SpuDescription Plain() {
-  return test::Subtitle(test::RandomRows(1, 80, 20, 9), 200, 400, 200);
+  return author::Subtitle(author::RandomRows(1, 80, 20, 9), 200, 400, 200);
 }
 
 // Where a command's code byte stands.
@@ -45,13 +45,13 @@ std::size_t CommandIn(const Bytes& unit, std::uint8_t code) {
   test::MemoryFileSystem files;
   Reporter reporter(files);
   ReportLimit limit(reporter);
-  SubpictureUnit parsed = test::MakeUnit(unit);
+  SubpictureUnit parsed = author::MakeUnit(unit);
   EXPECT_FALSE(Failed(ParseControlSequences(parsed, 0, 0, {reporter, limit, VideoStandard::kPal})));
   return static_cast<std::size_t>(FindCommand(parsed, code, 0).value_or(0));
 }
 
 Bytes WithFields(int top, int bottom) {
-  Bytes unit = test::BuildSpu(Plain());
+  Bytes unit = author::BuildSpu(Plain());
   const std::size_t at = CommandIn(unit, kSetFieldOffsets);
   PutShort(unit, at + 1, static_cast<std::uint16_t>(top));
   PutShort(unit, at + 3, static_cast<std::uint16_t>(bottom));
@@ -59,14 +59,14 @@ Bytes WithFields(int top, int bottom) {
 }
 
 Bytes WithNext(int next) {
-  Bytes unit = test::BuildSpu(Plain());
+  Bytes unit = author::BuildSpu(Plain());
   const std::size_t first = GetShort(unit, kSpuDcsqtOffset);
   PutShort(unit, first + kSequenceNextOffset, static_cast<std::uint16_t>(next));
   return unit;
 }
 
 Bytes WithArea(int sx, int ex, int sy, int ey) {
-  Bytes unit = test::BuildSpu(Plain());
+  Bytes unit = author::BuildSpu(Plain());
   const std::size_t at = CommandIn(unit, kSetDisplayArea) + 1;
   PutInt(unit, at, static_cast<std::uint32_t>(sx << 20 | ex << 8 | sy >> 4));
   PutShort(unit, at + 4, static_cast<std::uint16_t>((sy & 0xF) << 12 | ey));
@@ -86,7 +86,7 @@ SpuDescription Brief() {
 }
 
 Bytes CutTo(std::size_t size, const SpuDescription& description = Plain()) {
-  Bytes unit = test::BuildSpu(description);
+  Bytes unit = author::BuildSpu(description);
   unit.resize(size);
   PutShort(unit, kSpuSizeOffset, static_cast<std::uint16_t>(size));
   return unit;
@@ -95,7 +95,7 @@ Bytes CutTo(std::size_t size, const SpuDescription& description = Plain()) {
 // A VOBU with a good subpicture, the one in question, and a good one behind it.
 struct Disc {
   std::vector<Bytes> units;
-  test::SubpictureSpec packs;
+  author::SubpictureSpec packs;
   std::uint64_t restart = 0;  // the clock of the last VOBU; 0: it goes on
   std::uint64_t start = kSecond;
   std::function<void(Bytes& vob, Bytes& ifo)> damage;
@@ -121,8 +121,8 @@ void PrintTo(const Trap& trap, std::ostream* out) {
 }
 
 Bytes Vob(const Disc& disc) {
-  test::VobBuilder vob;
-  const Bytes good = test::BuildSpu(Plain());
+  author::VobBuilder vob;
+  const Bytes good = author::BuildSpu(Plain());
   std::vector<Bytes> units = {good};
   units.insert(units.end(), disc.units.begin(), disc.units.end());
   units.push_back(good);
@@ -130,20 +130,20 @@ Bytes Vob(const Disc& disc) {
   for (std::size_t i = 0; i < units.size(); ++i, clock += 2 * kSecond) {
     if (i + 1 == units.size() && disc.restart != 0) clock = disc.restart;
     const auto start = static_cast<std::uint32_t>(clock);
-    vob.Add(test::MakeNavPack({clock, vob.Size(), start, start + 180'000}));
-    vob.Add(test::MakeVideoPack(clock, {test::SequenceHeader(720, 576, 2),
-                                        test::SequenceExtension(), test::PictureHeader(1)}));
-    test::SubpictureSpec packs = i == 1 ? disc.packs : test::SubpictureSpec{};
+    vob.Add(author::MakeNavPack({clock, vob.Size(), start, start + 180'000}));
+    vob.Add(author::MakeVideoPack(clock, {author::SequenceHeader(720, 576, 2),
+                                          author::SequenceExtension(), author::PictureHeader(1)}));
+    author::SubpictureSpec packs = i == 1 ? disc.packs : author::SubpictureSpec{};
     packs.clock = clock;
     packs.pts = clock + 13'500;
-    vob.Add(test::MakeSubpicturePacks(units[i], packs));
+    vob.Add(author::MakeSubpicturePacks(units[i], packs));
   }
   return vob.Image();
 }
 
-test::IfoSpec GoodIfo() {
-  test::IfoSpec spec;
-  test::ChainSpec chain;
+author::IfoSpec GoodIfo() {
+  author::IfoSpec spec;
+  author::ChainSpec chain;
   chain.cells = {{{1, 1}, 0, 0, 6, 8}};
   chain.clut[3] = {235, 128, 128};
   chain.subpictures = {{0, kPgcSubpictureAvailable}};
@@ -156,33 +156,33 @@ test::IfoSpec GoodIfo() {
 Disc WithSpareBytes(int count) {
   SpuDescription large = Plain();
   large.spareBytes = count;
-  return With(test::BuildSpu(large));
+  return With(author::BuildSpu(large));
 }
 
-Disc WithPacks(const test::SubpictureSpec& packs) {
-  Disc disc = With(test::BuildSpu(Plain()));
+Disc WithPacks(const author::SubpictureSpec& packs) {
+  Disc disc = With(author::BuildSpu(Plain()));
   disc.packs = packs;
   return disc;
 }
 
 Disc WithClock(std::uint64_t start, std::uint64_t restart) {
-  Disc disc = With(test::BuildSpu(Plain()));
+  Disc disc = With(author::BuildSpu(Plain()));
   disc.start = start;
   disc.restart = restart;
   return disc;
 }
 
 Disc WithIfo(std::function<void(Bytes& vob, Bytes& ifo)> damage) {
-  Disc disc = With(test::BuildSpu(Plain()));
+  Disc disc = With(author::BuildSpu(Plain()));
   disc.damage = std::move(damage);
   return disc;
 }
 
 // Another IFO than the good one.
-Disc WithIfoOf(const std::function<void(test::IfoSpec& spec)>& change) {
-  test::IfoSpec spec = GoodIfo();
+Disc WithIfoOf(const std::function<void(author::IfoSpec& spec)>& change) {
+  author::IfoSpec spec = GoodIfo();
   change(spec);
-  return WithIfo([spec](Bytes&, Bytes& ifo) { ifo = test::BuildIfo(spec); });
+  return WithIfo([spec](Bytes&, Bytes& ifo) { ifo = author::BuildIfo(spec); });
 }
 
 std::size_t Title(const Bytes& ifo, std::size_t pointer) {
@@ -226,12 +226,12 @@ TEST_P(BadDisc, OpensSaysWhatIsWrongAndTakesEdits) {
   const Trap& trap = GetParam();
   const Disc& disc = trap.disc;
   Bytes vob = Vob(disc);
-  Bytes ifo = test::BuildIfo(GoodIfo());
+  Bytes ifo = author::BuildIfo(GoodIfo());
   if (disc.damage) disc.damage(vob, ifo);
   test::MemoryFileSystem files;
   files.Put(kVob, vob);
   files.Put(kIfo, ifo);
-  files.Put("/disc/VTS_01_0.BUP", test::BuildIfo(GoodIfo()));
+  files.Put("/disc/VTS_01_0.BUP", author::BuildIfo(GoodIfo()));
 
   Program program(files);
   Editor& editor = program.editor;
@@ -261,8 +261,8 @@ TEST_P(BadDisc, OpensSaysWhatIsWrongAndTakesEdits) {
 const std::vector<Trap>& Traps() {
   static const std::vector<Trap> traps = {
       {"FieldBeforeTheBitmap", With(WithFields(0, 4)), 3, ""},
-      {"FieldInTheControlSequences", With(WithFields(4, GetShort(test::BuildSpu(Plain()), 2) + 4)),
-       3, ""},
+      {"FieldInTheControlSequences",
+       With(WithFields(4, GetShort(author::BuildSpu(Plain()), 2) + 4)), 3, ""},
       {"FieldPastTheEnd", With(WithFields(4, 60'000)), 3, ""},
       {"BothFieldsShareTheirCodes", With(WithFields(4, 4)), 3, ""},
       {"RunsPastTheRow", With(WithArea(200, 240, 400, 419)), 3, ""},
@@ -270,18 +270,18 @@ const std::vector<Trap>& Traps() {
       {"OneLine", With(WithArea(200, 279, 400, 400)), 3, ""},
       {"BelowTheFrame", With(WithArea(200, 279, 900, 919)), 3, ""},
       {"SequencesGoBack", With(WithNext(4)), 2, kUnparsed},
-      {"SequencesNeverEnd", With(WithNext(GetShort(test::BuildSpu(Plain()), kSpuDcsqtOffset) + 1)),
-       2, kUnparsed},
+      {"SequencesNeverEnd",
+       With(WithNext(GetShort(author::BuildSpu(Plain()), kSpuDcsqtOffset) + 1)), 2, kUnparsed},
       {"NextPastTheEnd", With(WithNext(60'000)), 2, kUnparsed},
       {"CommandCutOff",
-       With(CutTo(CommandIn(test::BuildSpu(Endless()), kSetDisplayArea) + 3, Endless())), 3, ""},
+       With(CutTo(CommandIn(author::BuildSpu(Endless()), kSetDisplayArea) + 3, Endless())), 3, ""},
       {"FourBytes", With(CutTo(4)), 2, kNoCommands},
       {"NearlyTheLargest", WithSpareBytes(55'000), 3, ""},
       {"TimeInTheFirstPackAlone", WithSpareBytes(9000), 3, ""},
       {"StuffingInTheHeader", WithPacks({.firstHeaderLength = 12}), 3, ""},
       {"ZerosBehindTheData", WithPacks({.paddingPacket = false}), 3, ""},
-      {"NoEnd", With(test::BuildSpu(Endless())), 3, ""},
-      {"EndsAtItsStart", With(test::BuildSpu(Brief())), 3, ""},
+      {"NoEnd", With(author::BuildSpu(Endless())), 3, ""},
+      {"EndsAtItsStart", With(author::BuildSpu(Brief())), 3, ""},
       {"TimeRestarts", WithClock(kSecond, kSecond), 3, ""},
       {"TimeWraps", WithClock((std::uint64_t{1} << 33) - 3 * kSecond, 2 * kSecond), 3, ""},
       {"Scrambled", WithIfo([](Bytes& vob, Bytes&) { vob[5 * kSectorSize + 20] |= 0x30; }), 3,
@@ -304,18 +304,18 @@ const std::vector<Trap>& Traps() {
          PutInt(ifo, Title(ifo, kIfoTitleChainsOffset) + 12, 0x7FFFFFFF);
        }),
        3, ""},
-      {"StreamsMappedByScreen", WithIfoOf([](test::IfoSpec& spec) {
+      {"StreamsMappedByScreen", WithIfoOf([](author::IfoSpec& spec) {
          spec.title.video = 0x0C;  // 16:9, for all screens
          spec.titleChains[0].subpictures[0] = kPgcSubpictureAvailable | 0x0101;
        }),
        3, "", false, "0x20 (en) WS\n"},
-      {"ChainsNumberedOtherwiseThanTitles", WithIfoOf([](test::IfoSpec& spec) {
-         spec.titleChains.insert(spec.titleChains.begin(), test::ChainSpec());
+      {"ChainsNumberedOtherwiseThanTitles", WithIfoOf([](author::IfoSpec& spec) {
+         spec.titleChains.insert(spec.titleChains.begin(), author::ChainSpec());
          spec.titleChains[0].cells = {{{2, 1}, 9, 0, 9, 9}};
          spec.titleChains[1].clut.fill({210, 146, 16});
        }),
        3, "", false, "#ffff00"},
-      {"RedIsNotBlue", WithIfoOf([](test::IfoSpec& spec) {
+      {"RedIsNotBlue", WithIfoOf([](author::IfoSpec& spec) {
          spec.titleChains[0].clut.fill({81, 240, 90});
        }),
        3, "", false, "#fe0000"},

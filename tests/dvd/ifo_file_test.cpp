@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "author/ifo_builder.h"
 #include "dvd/big_endian.h"
 #include "dvd/cell_map.h"
 #include "dvd/ifo_layout.h"
 #include "support/direct_transaction.h"
-#include "support/ifo_builder.h"
 #include "support/message_collector.h"
 
 namespace quillomar {
@@ -21,20 +21,20 @@ std::uint32_t Control(std::uint32_t full, std::uint32_t wide, std::uint32_t lett
 }
 
 // Two title chains that share a cell, two menu languages, two subtitle and two audio streams.
-test::IfoSpec TitleSet() {
-  test::IfoSpec spec;
+author::IfoSpec TitleSet() {
+  author::IfoSpec spec;
   spec.title = {kWideLetterboxPanScan, {"en", "fr"}, {{0, "en", 6}, {4, "de", 2}}};
   spec.menu = {0, {"es"}, {{2, "it", 1}}};
-  test::ChainSpec first;
+  author::ChainSpec first;
   first.cells = {{{1, 1}, 0, 0, 20, 30}, {{1, 2}, 31, 0, 50, 60}};
   first.clut[3] = {235, 128, 128};
   first.subpictures = {{0, Control(0, 0, 1, 2)}, {1, Control(5, 5, 5, 5)}};
   first.audio = {{0, kPgcAudioAvailable}, {1, kPgcAudioAvailable | 3 << 8}};
-  test::ChainSpec second;
+  author::ChainSpec second;
   second.cells = {{{1, 2}, 31, 0, 50, 60}, {{2, 1}, 61, 0, 61, 99}};
   second.clut[3] = {81, 240, 90};
   spec.titleChains = {first, second};
-  test::ChainSpec menu;
+  author::ChainSpec menu;
   menu.cells = {{{1, 1}, 0, 0, 0, 9}};
   menu.subpictures = {{0, Control(0, 0, 0, 0)}};
   menu.audio = {{0, kPgcAudioAvailable}};
@@ -111,7 +111,7 @@ TEST_F(Ifo, ATablePointerMustLieInTheFileAndItsEndIsCutTo24Bits) {
 }
 
 TEST_F(Ifo, TheManagersTextDataEndsAtItsOwnField) {
-  test::IfoSpec spec;
+  author::IfoSpec spec;
   spec.manager = true;
   spec.titleChains = {TitleSet().titleChains[0]};
   Bytes image = BuildIfo(spec);
@@ -150,7 +150,7 @@ TEST_F(Ifo, ChainsAndCellsAreFoundByNumber) {
 }
 
 TEST_F(Ifo, StreamLanguageAndModesFollowTheFirstControlThatNamesTheStream) {
-  test::IfoSpec spec = TitleSet();
+  author::IfoSpec spec = TitleSet();
   Load(BuildIfo(spec));
   const auto stream = [this](int unit, int id) { return ifo.SubpictureStream(unit, 1, id); };
   struct Case {
@@ -182,7 +182,7 @@ TEST_F(Ifo, StreamLanguageAndModesFollowTheFirstControlThatNamesTheStream) {
 }
 
 TEST_F(Ifo, AudioStreamsTellTheirCodingAndStreamId) {
-  test::IfoSpec spec = TitleSet();
+  author::IfoSpec spec = TitleSet();
   const std::vector<std::pair<const char*, int>> codings = {
       {"AC3", 0x83},  {"?", 3}, {"Mpeg1", 0x83}, {"Mpeg2", 0xC3},
       {"LPCM", 0xA3}, {"?", 3}, {"DTS", 0x8B},   {"?", 3}};
@@ -264,7 +264,7 @@ TEST_F(Ifo, AFailedWriteIsReportedAndAReadOnlyIfoIsNotWritten) {
 }
 
 TEST_F(Ifo, AChainCutOffByTheFilesEndIsAbsentAndSoAreItsCutOffCells) {
-  test::IfoSpec spec;
+  author::IfoSpec spec;
   spec.manager = true;
   spec.titleChains = {TitleSet().titleChains[0]};
   const Bytes whole = BuildIfo(spec);

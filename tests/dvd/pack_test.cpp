@@ -5,15 +5,15 @@
 
 #include <array>
 
+#include "author/pack_builder.h"
 #include "dvd/big_endian.h"
 #include "dvd/mpeg_video.h"
 #include "dvd/nav_pack.h"
-#include "support/pack_builder.h"
 
 namespace quillomar {
 namespace {
 
-using namespace test;
+using namespace author;
 
 TEST(BigEndian, FieldsAreReadAndWrittenInsideTheBytesOnly) {
   std::array<std::uint8_t, 6> bytes = {0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC};
@@ -164,7 +164,7 @@ TEST(MpegVideo, ReadsASequenceHeaderThatIsNotCutOff) {
   for (const Case& each :
        {Case{704, 480, VideoStandard::kNtsc}, Case{352, 240, VideoStandard::kNtsc},
         Case{720, 576, VideoStandard::kPal}, Case{352, 288, VideoStandard::kPal}}) {
-    const Bytes bytes = test::SequenceHeader(each.width, each.height, 3);
+    const Bytes bytes = author::SequenceHeader(each.width, each.height, 3);
     for (std::size_t count = 0; count <= 8; ++count) {
       const auto header = FindSequenceHeader(PackEndingAfter(bytes, count));
       ASSERT_EQ(header.has_value(), count == 8) << count;

@@ -9,19 +9,19 @@
 #include <thread>
 #include <tuple>
 
+#include "author/pack_builder.h"
 #include "dvd/big_endian.h"
 #include "dvd/pack.h"
 #include "dvd/scan_progress.h"
 #include "support/message_collector.h"
-#include "support/pack_builder.h"
 
 namespace quillomar {
 namespace {
 
-using test::MakeNavPack;
-using test::MakeSubpicturePacks;
-using test::MakeVideoPack;
-using test::VobBuilder;
+using author::MakeNavPack;
+using author::MakeSubpicturePacks;
+using author::MakeVideoPack;
+using author::VobBuilder;
 
 // What a scan handed over, one entry per call.
 struct Event {
@@ -83,7 +83,7 @@ class ScannerTest : public testing::Test {
  protected:
   void AddPiece(int piece, const VobBuilder& vob) {
     const std::string path = PathOf(piece);
-    vob.Put(messages.files, path);
+    messages.files.Put(path, vob.Image());
     ASSERT_EQ(set.AddFile(path), Result::kDone);
   }
   static std::string PathOf(int piece) { return "/VTS_01_" + std::to_string(piece) + ".VOB"; }
@@ -104,7 +104,7 @@ TEST_F(ScannerTest, HandsOverEverySubpicturePackWithItsPlace) {
   const Highlight highlight{.buttons = {{.x = 10, .y = 20, .width = 30, .height = 40}}};
   VobBuilder first;
   first.Add(MakeNavPack({.vcid = {7, 2}, .highlight = highlight}));
-  first.Add(test::MakePrivatePack(0, 0x80)).Add(Subpicture(1)).Add(test::MakePaddingPack(0));
+  first.Add(author::MakePrivatePack(0, 0x80)).Add(Subpicture(1)).Add(author::MakePaddingPack(0));
   VobBuilder second;
   second.Add(Subpicture(31)).Add(MakeNavPack({.vcid = {8, 1}})).Add(Subpicture(1));
   AddPiece(1, first);
@@ -166,15 +166,15 @@ TEST_F(ScannerTest, TimesRunOnWhereTheClockStartsAgain) {
 TEST_F(ScannerTest, ListsVobusWithTheirLengthAndFreeSlots) {
   VobBuilder vob;
   const std::uint64_t ticksOf150Packs = 21943;
-  vob.Add(test::MakePaddingPack(0));
+  vob.Add(author::MakePaddingPack(0));
   const std::uint64_t wrap = 0x1'0000'0000ULL - 7;  // the low 32 bits wrap within the VOBU
   vob.Add(MakeNavPack({.clock = wrap, .startTime = 3, .endTime = 4, .searchFill = 0x5A}));
-  vob.Add(std::vector<Sector>(9, test::MakePaddingPack(0)));
+  vob.Add(std::vector<Sector>(9, author::MakePaddingPack(0)));
   vob.Add(MakeNavPack({.clock = wrap + ticksOf150Packs}));
-  vob.Add(std::vector<Sector>(3, test::MakePaddingPack(0)));
-  vob.Add(MakeNavPack({.clock = wrap + ticksOf150Packs + 2 * test::kPackTicks}));
+  vob.Add(std::vector<Sector>(3, author::MakePaddingPack(0)));
+  vob.Add(MakeNavPack({.clock = wrap + ticksOf150Packs + 2 * author::kPackTicks}));
   vob.Add(MakeNavPack({.clock = 0}));
-  vob.Add(std::vector<Sector>(5, test::MakePaddingPack(0)));
+  vob.Add(std::vector<Sector>(5, author::MakePaddingPack(0)));
   AddPiece(1, vob);
   Scan();
   std::vector<std::tuple<std::uint32_t, std::uint32_t, std::uint32_t>> found;
@@ -192,7 +192,7 @@ TEST_F(ScannerTest, ListsVobusWithTheirLengthAndFreeSlots) {
 }
 
 TEST_F(ScannerTest, SettlesTheStandardOnTheFirstSequenceHeader) {
-  using test::PictureHeader;
+  using author::PictureHeader;
   struct Case {
     std::vector<Bytes> pieces;
     VideoStandard standard;
@@ -201,13 +201,13 @@ TEST_F(ScannerTest, SettlesTheStandardOnTheFirstSequenceHeader) {
   };
   // MPEG-1 tells no size.
   for (const Case& each :
-       {Case{{test::SequenceHeader(704, 576, 3), test::SequenceExtension(), PictureHeader(1)},
+       {Case{{author::SequenceHeader(704, 576, 3), author::SequenceExtension(), PictureHeader(1)},
              VideoStandard::kPal,
              true,
              704,
              576,
              3},
-        Case{{test::SequenceHeader(352, 240, 1), PictureHeader(1)},
+        Case{{author::SequenceHeader(352, 240, 1), PictureHeader(1)},
              VideoStandard::kNtsc,
              false,
              720,
@@ -215,7 +215,7 @@ TEST_F(ScannerTest, SettlesTheStandardOnTheFirstSequenceHeader) {
              0}}) {
     VobBuilder vob;
     vob.Add(MakeVideoPack(0, {PictureHeader(3)})).Add(MakeVideoPack(0, each.pieces));
-    vob.Add(MakeVideoPack(0, {test::SequenceHeader(352, 288, 2)}));
+    vob.Add(MakeVideoPack(0, {author::SequenceHeader(352, 288, 2)}));
     set.Reset();
     AddPiece(1, vob);
     consumer.events.clear();
@@ -238,14 +238,14 @@ TEST_F(ScannerTest, SettlesTheStandardOnTheFirstSequenceHeader) {
 TEST_F(ScannerTest, ReportsClosedCaptionsUpToTheSettlingPack) {
   const std::string text =
       "NOTE: Closed-caption MPEG header found. This video probably has closed-captions";
-  const Sector settling = MakeVideoPack(0, {test::SequenceHeader(720, 480, 2)});
-  const Sector captions = MakeVideoPack(0, {test::ClosedCaptions()});
+  const Sector settling = MakeVideoPack(0, {author::SequenceHeader(720, 480, 2)});
+  const Sector captions = MakeVideoPack(0, {author::ClosedCaptions()});
   AddPiece(1, VobBuilder().Add(settling).Add(captions));
   options.alertOnClosedCaptions = true;
   Scan();
   EXPECT_FALSE(results.closedCaptions);
   EXPECT_FALSE(messages.Logged(text));
-  VobBuilder().Add(captions).Add(settling).Put(messages.files, PathOf(1));
+  messages.files.Put(PathOf(1), VobBuilder().Add(captions).Add(settling).Image());
   ASSERT_EQ(set.ReopenAll(), Result::kDone);
   Scan();
   EXPECT_TRUE(results.closedCaptions);
@@ -276,10 +276,10 @@ TEST_F(ScannerTest, AnAbortKeepsWhatWasFoundAndForbidsRetiming) {
 TEST_F(ScannerTest, FastModeFindsTheSameOnTheSectorsListed) {
   VobBuilder first;
   VobBuilder second;
-  first.Add(MakeVideoPack(0, {test::SequenceHeader(720, 480, 2)}));
+  first.Add(MakeVideoPack(0, {author::SequenceHeader(720, 480, 2)}));
   first.Add(MakeNavPack({.startTime = 900, .endTime = 45900, .vcid = {1, 1}}));
-  first.Add(Subpicture(0)).Add(test::MakePaddingPack(0)).Add(Subpicture(3));
-  second.Add(test::MakeEmptyPack(0)).Add(MakeNavPack({.startTime = 0, .endTime = 9}));
+  first.Add(Subpicture(0)).Add(author::MakePaddingPack(0)).Add(Subpicture(3));
+  second.Add(author::MakeEmptyPack(0)).Add(MakeNavPack({.startTime = 0, .endTime = 9}));
   second.Add(Subpicture(0)).Add(Subpicture(5));
   AddPiece(1, first);
   AddPiece(2, second);
@@ -299,7 +299,7 @@ TEST_F(ScannerTest, FastModeFindsTheSameOnTheSectorsListed) {
 }
 
 TEST_F(ScannerTest, LogsProgressEvery2000SectorsAndEvery60Listed) {
-  AddPiece(1, VobBuilder().Add(std::vector<Sector>(4001, test::MakePaddingPack(0))));
+  AddPiece(1, VobBuilder().Add(std::vector<Sector>(4001, author::MakePaddingPack(0))));
   Scan();
   EXPECT_EQ(messages.LogLines().size(), 3U);
   EXPECT_EQ(control.percent, 99);
@@ -345,16 +345,16 @@ TEST_F(ScannerTest, EmptySetsAndEmptyFilesEndAtOnce) {
 // Sectors of every kind that a scan meets; the third may settle the video standard.
 VobBuilder MixedVob(std::mt19937& random, std::size_t sectors, const Sector& third) {
   VobBuilder vob;
-  vob.Add(MakeNavPack({.endTime = 9})).Add(test::MakePrivatePack(0, 0x20)).Add(third);
+  vob.Add(MakeNavPack({.endTime = 9})).Add(author::MakePrivatePack(0, 0x20)).Add(third);
   while (vob.Size() < sectors) {
     const auto kind = random() % 16;
     const auto time = static_cast<std::uint32_t>(random() % 90000);
     if (kind == 0) vob.Add(MakeNavPack({.startTime = time, .endTime = time + 9}));
     const auto subStream = static_cast<std::uint8_t>(0x20 + random() % 32);
-    if (kind == 1) vob.Add(test::MakePrivatePack(0, subStream));
-    if (kind == 2) vob.Add(std::vector<Sector>(random() % 40, test::MakePaddingPack(0)));
-    if (kind == 3) vob.Add(MakeVideoPack(0, {test::PictureHeader(2)}));
-    if (kind == 4) vob.Add(test::MakePrivatePack(0, 0x80));
+    if (kind == 1) vob.Add(author::MakePrivatePack(0, subStream));
+    if (kind == 2) vob.Add(std::vector<Sector>(random() % 40, author::MakePaddingPack(0)));
+    if (kind == 3) vob.Add(MakeVideoPack(0, {author::PictureHeader(2)}));
+    if (kind == 4) vob.Add(author::MakePrivatePack(0, 0x80));
   }
   return vob;
 }
@@ -382,7 +382,7 @@ Outcome ScanDisturbed(const Sector& third, const ReadAhead& ahead, const Disturb
   test::MessageCollector messages;
   VobFileSet set(messages.files, messages.reporter);
   for (const char* path : {"/VTS_01_1.VOB", "/VTS_01_2.VOB"}) {
-    MixedVob(random, 2200, third).Put(messages.files, path);
+    messages.files.Put(path, MixedVob(random, 2200, third).Image());
     EXPECT_EQ(set.AddFile(path), Result::kDone);
   }
   messages.files.FailReadsOf("/VTS_01_1.VOB", disturbance.badSector * kSectorSize);
@@ -415,8 +415,8 @@ Outcome ScanDisturbed(const Sector& third, const ReadAhead& ahead, const Disturb
 
 TEST(ScannerReadAhead, ChangesNothingButTheTime) {
   // Without a video standard every sector is looked at on one thread.
-  const Sector unsettled = test::MakePaddingPack(0);
-  const Sector settled = MakeVideoPack(0, {test::SequenceHeader(720, 480, 2)});
+  const Sector unsettled = author::MakePaddingPack(0);
+  const Sector settled = MakeVideoPack(0, {author::SequenceHeader(720, 480, 2)});
   const std::vector<Disturbance> disturbances{{.abortLba = 700},
                                               {.sectorsLeft = 128},
                                               {.sectorsLeft = 1037},

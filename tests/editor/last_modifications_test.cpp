@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "author/spu_builder.h"
 #include "spu/colour_edit.h"
 #include "spu/parse.h"
 #include "support/message_collector.h"
-#include "support/spu_builder.h"
 
 namespace quillomar {
 namespace {
@@ -15,8 +15,8 @@ class LastModificationsTest : public testing::Test {
   // Two sequences: start, and stop after about `ms`.
   SubpictureUnit Unit(int ms) {
     const auto description =
-        test::Subtitle({"0110", "0220", "0330", "0000"}, 100, 400, ms * 90 / 1024);
-    SubpictureUnit unit = test::MakeUnit(test::BuildSpu(description));
+        author::Subtitle({"0110", "0220", "0330", "0000"}, 100, 400, ms * 90 / 1024);
+    SubpictureUnit unit = author::MakeUnit(author::BuildSpu(description));
     EXPECT_FALSE(Failed(ParseControlSequences(unit, 0, 0, context)));
     (void)SelectControlSequence(unit, 0);
     unit.state.freeRoom = 200;
@@ -108,9 +108,9 @@ TEST_F(LastModificationsTest, UnitWithoutTheSequenceStaysAsItIs) {
 }
 
 TEST_F(LastModificationsTest, RefusedEditLeavesTheOthersAndAsksNothing) {
-  auto description = test::Subtitle({"0110", "0220"}, 100, 400, 88);
+  auto description = author::Subtitle({"0110", "0220"}, 100, 400, 88);
   description.sequences.resize(1);
-  SubpictureUnit unit = test::MakeUnit(test::BuildSpu(description));
+  SubpictureUnit unit = author::MakeUnit(author::BuildSpu(description));
   ASSERT_FALSE(Failed(ParseControlSequences(unit, 0, 0, context)));
   last.fade = 1;
   last.duration = 3000;

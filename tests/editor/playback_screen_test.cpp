@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include "author/spu_builder.h"
 #include "spu/parse.h"
 #include "spu/run_length.h"
 #include "support/message_collector.h"
-#include "support/spu_builder.h"
 
 namespace quillomar::test {
+
+using namespace author;
 namespace {
 
 constexpr int kDelay = 10;  // of the second sequence; the third stops after twice that

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "author/spu_builder.h"
 #include "spu/parse.h"
 #include "support/message_collector.h"
-#include "support/spu_builder.h"
 
 namespace quillomar {
 namespace {
@@ -13,12 +13,12 @@ class SrtTest : public testing::Test {
  protected:
   UnitPointer Unit(int number, std::vector<std::string> text, std::uint16_t alpha = 15,
                    bool stops = true) {
-    auto description = test::Subtitle({"0110", "0220", "0330", "0000"}, 100, 400, 88);
+    auto description = author::Subtitle({"0110", "0220", "0330", "0000"}, 100, 400, 88);
     description.sequences[0].commands = {{kStart},
-                                         test::ColourCommand({0, 1, 2, 3}),
-                                         test::ContrastCommand({0, alpha, alpha, alpha})};
+                                         author::ColourCommand({0, 1, 2, 3}),
+                                         author::ContrastCommand({0, alpha, alpha, alpha})};
     if (!stops) description.sequences.resize(1);
-    auto unit = std::make_shared<SubpictureUnit>(test::MakeUnit(test::BuildSpu(description)));
+    auto unit = std::make_shared<SubpictureUnit>(author::MakeUnit(author::BuildSpu(description)));
     EXPECT_FALSE(Failed(ParseControlSequences(*unit, 0, 0, context)));
     unit->number = number;
     unit->globalTime = std::int64_t{90090} * number;

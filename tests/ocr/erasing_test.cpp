@@ -144,7 +144,7 @@ TEST_F(ErasingTest, LineCloseBelowIsNotTouched) {
   unit.charBoxes = {box(1, 1, 0), box(4, 1, 0), box(7, 1, 0), {0, 0, 1, 2, kLineEnd, 0},
                     box(0, 4, 1), box(3, 4, 1), box(6, 4, 1), {0, 0, 4, 5, kLineEnd, 1}};
   CutBoxRange(unit, {1, 1}, false);
-  EXPECT_EQ(test::PixelRows(unit),
+  EXPECT_EQ(author::PixelRows(unit),
             (std::vector<std::string>{"0000000000", "0111100000", "0111100000", "0000000000",
                                       "1101101100", "1101101100", "0000000000"}));
 }

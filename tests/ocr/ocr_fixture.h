@@ -1,12 +1,14 @@
 #pragma once
 
+#include "author/spu_builder.h"
 #include "ocr/hearing_impaired.h"
 #include "spu/parse.h"
 #include "support/block_engine.h"
 #include "support/message_collector.h"
-#include "support/spu_builder.h"
 
 namespace quillomar::test {
+
+using namespace author;
 
 // Units in block script and what is needed to read them.
 class OcrTest : public testing::Test {

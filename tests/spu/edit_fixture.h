@@ -2,13 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include "author/spu_builder.h"
 #include "spu/colour_edit.h"
 #include "spu/parse.h"
 #include "spu/run_length.h"
 #include "support/message_collector.h"
-#include "support/spu_builder.h"
 
 namespace quillomar::test {
+
+using namespace author;
 
 // What a unit's bytes say, apart from where it stands in them.
 struct Content {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <random>
 
+#include "author/spu_builder.h"
 #include "ffmpeg_subtitle.h"
 #include "spu/colour_edit.h"
 #include "spu/duration.h"
@@ -12,11 +13,11 @@
 #include "spu/run_length.h"
 #include "spu/visibility.h"
 #include "support/message_collector.h"
-#include "support/spu_builder.h"
 
 namespace quillomar {
 namespace {
 
+using namespace author;
 using namespace test;
 
 // FFmpeg cuts away what is transparent; inside its rectangle types, colours and alphas are ours,

@@ -4,14 +4,16 @@
 
 #include <vector>
 
+#include "author/pack_builder.h"
+#include "author/spu_builder.h"
 #include "spu/gather.h"
 #include "spu/write_back.h"
 #include "support/direct_transaction.h"
 #include "support/message_collector.h"
-#include "support/pack_builder.h"
-#include "support/spu_builder.h"
 
 namespace quillomar::test {
+
+using namespace author;
 
 // Packs in a VOB in memory, opened as a file set: what gathering and write-back work on.
 class PackDisc {
@@ -22,7 +24,7 @@ class PackDisc {
   explicit PackDisc(const std::vector<Sector>& packs, int stream = 0) : stream_(stream) {
     VobBuilder vob;
     vob.Add(MakeNavPack({})).Add(packs).Add(MakeEmptyPack(0));
-    vob.Put(messages.files, kPath);
+    messages.files.Put(kPath, vob.Image());
     EXPECT_EQ(set.AddFile(kPath), Result::kDone);
     set.Validate();
     set.LayOut();

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "base/file.h"
 #include "dvd/nav_pack.h"
 #include "dvd/pack.h"
-#include "support/memory_files.h"
 
 // Sectors of a VOB, built field by field. Clocks are counts of 90 kHz.
-namespace quillomar::test {
+namespace quillomar::author {
 
 // The 90 kHz periods that one pack takes at the multiplex rate of a DVD, rounded down.
 inline constexpr std::uint64_t kPackTicks = 146;
@@ -63,10 +63,9 @@ class VobBuilder {
   // Sectors so far: the LBA of the next one.
   [[nodiscard]] std::uint32_t Size() const;
   [[nodiscard]] const Bytes& Image() const { return image_; }
-  void Put(MemoryFileSystem& files, const std::string& path) const { files.Put(path, image_); }
 
  private:
   Bytes image_;
 };
 
-}  // namespace quillomar::test
+}  // namespace quillomar::author

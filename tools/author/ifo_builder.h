@@ -11,7 +11,7 @@
 #include "dvd/clut.h"
 #include "dvd/sector.h"
 
-namespace quillomar::test {
+namespace quillomar::author {
 
 // A cell of a program chain; sectors count from the domain's first VOB sector.
 struct CellSpec {
@@ -62,4 +62,4 @@ struct IfoSpec {
 // chains' cells.
 Bytes BuildIfo(const IfoSpec& spec);
 
-}  // namespace quillomar::test
+}  // namespace quillomar::author

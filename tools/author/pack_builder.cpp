@@ -1,10 +1,10 @@
-#include "support/pack_builder.h"
+#include "author/pack_builder.h"
 
 #include <algorithm>
 
 #include "dvd/big_endian.h"
 
-namespace quillomar::test {
+namespace quillomar::author {
 namespace {
 
 constexpr std::size_t kPayloadEnd = kSectorSize;
@@ -208,4 +208,4 @@ std::uint32_t VobBuilder::Size() const {
   return static_cast<std::uint32_t>(image_.size() / kSectorSize);
 }
 
-}  // namespace quillomar::test
+}  // namespace quillomar::author

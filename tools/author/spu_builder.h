@@ -5,7 +5,7 @@
 
 #include "spu/subpicture_unit.h"
 
-namespace quillomar::test {
+namespace quillomar::author {
 
 // Commands as bytes: the code and its arguments.
 Bytes ColourCommand(const PixelTypeValues& indices);
@@ -54,4 +54,4 @@ SubpictureUnit MakeUnit(const Bytes& bytes);
 // The unit's pixels as rows of digits.
 std::vector<std::string> PixelRows(const SubpictureUnit& unit);
 
-}  // namespace quillomar::test
+}  // namespace quillomar::author

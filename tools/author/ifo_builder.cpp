@@ -1,11 +1,11 @@
-#include "support/ifo_builder.h"
+#include "author/ifo_builder.h"
 
 #include <algorithm>
 
 #include "dvd/big_endian.h"
 #include "dvd/ifo_layout.h"
 
-namespace quillomar::test {
+namespace quillomar::author {
 namespace {
 
 constexpr std::size_t kFirstPlayPosition = 0x400;
@@ -177,4 +177,4 @@ Bytes BuildIfo(const IfoSpec& spec) {
   return image;
 }
 
-}  // namespace quillomar::test
+}  // namespace quillomar::author

@@ -1,8 +1,8 @@
-#include "support/spu_builder.h"
+#include "author/spu_builder.h"
 
 #include <random>
 
-namespace quillomar::test {
+namespace quillomar::author {
 namespace {
 
 // Grows by big-endian fields, or by nibbles.
@@ -205,4 +205,4 @@ std::vector<std::string> PixelRows(const SubpictureUnit& unit) {
   return rows;
 }
 
-}  // namespace quillomar::test
+}  // namespace quillomar::author
