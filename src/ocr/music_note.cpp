@@ -22,6 +22,9 @@ constexpr double kHeadFill = 0.55;  // of the head's box
 constexpr double kBrokenStem = 0.4;
 constexpr double kLeastHead = 0.1, kMostHead = 0.45;
 constexpr int kMostBlankRows = 1;  // between head and flag
+// Of a flag without a stem: the rows of the note in which it has ink at least, and how much of its
+// reach its top may have.
+constexpr double kLeastFlag = 0.2, kFlagTopReach = 0.6;
 
 class NoteShape {
  public:
@@ -41,10 +44,26 @@ class NoteShape {
     }
   }
 
+  // A capital I, whose serifs may pass for flag and head where it is not straightened.
+  [[nodiscard]] bool HasSerifs() const {
+    if (Row(0).size() != 1 || Row(box_.Height() - 1).size() != 1) return false;
+    const InkRun &top = Row(0).front(), &bottom = Row(box_.Height() - 1).front();
+    return std::abs(top.first - bottom.first) <= kStemDrift &&
+           std::abs(top.last - bottom.last) <= kStemDrift &&
+           2 * top.Length() > box_.Width();
+  }
   [[nodiscard]] bool IsNote() { return FindStem() && HasHead(RowAt(kHeadTop)) && HasFlag(); }
   // Thin type loses stems: what is left of one is above, the head stands by itself.
   [[nodiscard]] bool IsBrokenNote() {
     return FindBrokenStem() && HasHead(TopOfHead()) && HasFlag() && FlagEndsRight();
+  }
+  // Type may lose all of the stem between the flag and the head.
+  [[nodiscard]] bool IsStemlessNote() {
+    const PixelBox head = LooseHead();
+    if (head.Height() < 2 || head.Width() < 2 || head.Height() > kMostHead * box_.Height())
+      return false;
+    stem_ = {0, head.x1, head.x1};
+    return HasLooseFlag(head.y0 - box_.y0);
   }
 
  private:
@@ -129,6 +148,34 @@ class NoteShape {
     return reach >= AtLeastTwo(kFlagReach);
   }
 
+  // The solid ink at the bottom; empty when it is not solid.
+  [[nodiscard]] PixelBox LooseHead() const {
+    PixelBox head;
+    int pixels = 0;
+    for (int row = box_.Height() - 1; row >= 0 && !Row(row).empty(); --row) {
+      const InkRun& run = Row(row).front();
+      const bool isStem = 2 * run.Length() <= head.Width() && run.last >= head.x1 - 1;
+      if (isStem || Row(row).back().last > std::max(head.x1 + kStemDrift, run.last)) break;
+      head.Join({run.first, run.last, run.row, run.row});
+      pixels += run.Length();
+    }
+    return pixels >= kHeadFill * head.Width() * head.Height() ? head : PixelBox();
+  }
+  // Begins where the stem would end, and bends away from it to the right.
+  [[nodiscard]] bool HasLooseFlag(int headTop) const {
+    int rows = 0, top = 0, reach = 0, topReach = 0;
+    for (int row = 0; row < headTop; ++row) {
+      if (Row(row).empty()) continue;
+      const int start = Row(row).front().first - stem_.first;
+      const int end = Row(row).back().last - stem_.last;
+      if (start < -kStemDrift || (end > kStemDrift && row > RowAt(kHeadTop))) return false;
+      if (rows++ == 0) top = start, topReach = end;
+      reach = std::max(reach, end);
+    }
+    return rows >= kLeastFlag * box_.Height() && top <= kStemDrift &&
+           reach >= AtLeastTwo(kFlagReach) && topReach <= kFlagTopReach * reach;
+  }
+
   // Close to the head, or a question mark would be one.
   [[nodiscard]] bool FlagEndsRight() const {
     int row = TopOfHead() - 1, blank = 0;
@@ -146,9 +193,10 @@ class NoteShape {
 bool LooksLikeMusicNote(const Glyph& glyph, const GlyphLine& line) {
   const double height = kLeastHeight * line.metrics.xHeight;
   if (glyph.box.Height() < height || glyph.box.Width() < kLeastWidth) return false;
+  if (NoteShape(glyph, line.metrics.baseline, line.slant).HasSerifs()) return false;
   const auto isNote = [&](float slant) {
     NoteShape shape(glyph, line.metrics.baseline, slant);
-    return shape.IsNote() || (glyph.components.size() > 1 && shape.IsBrokenNote());
+    return shape.IsNote() || (glyph.components.size() > 1 && (shape.IsBrokenNote() || shape.IsStemlessNote()));
   };
   // A note may stand upright beside slanted letters.
   return isNote(0) || (line.slant != 0 && isNote(line.slant));

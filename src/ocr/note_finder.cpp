@@ -8,9 +8,11 @@
 namespace quillomar {
 namespace {
 
-constexpr std::size_t kMostParts = 3;  // of a broken note
+constexpr std::size_t kMostParts = 6;  // of a broken note
 // The widest gap between them and the widest note, x-heights.
 constexpr double kPartGap = 0.35, kWidestNote = 1.6;
+// A wider gap than this parts a note from a word, x-heights.
+constexpr double kNoteGap = 0.45;
 constexpr int kSoftReach = 2;  // pixels that a note's soft edge may add at each side
 
 // The ink and soft edges in a part of the picture.
@@ -55,10 +57,11 @@ class NoteFinder {
   [[nodiscard]] bool StandsAlone(std::size_t first, std::size_t end) const {
     return (first == 0 || StartsWord(first)) && (end == line_.texts.size() || StartsWord(end));
   }
-  // Nobody has said so of what was not read.
+  // Nobody has said so of what was not read, and who misreads a note may miss the blank beside it.
   [[nodiscard]] bool StartsWord(std::size_t glyph) const {
-    return line_.texts[glyph].startsWord ||
-           (line_.texts[glyph].text.empty() && line_.RelativeGapBefore(glyph) > kPartGap);
+    const GlyphText& text = line_.texts[glyph];
+    return text.startsWord ||
+           line_.RelativeGapBefore(glyph) > (text.text.empty() ? kPartGap : kNoteGap);
   }
   [[nodiscard]] bool IsNote(std::size_t first, std::size_t parts) {
     const std::size_t end = first + parts;
@@ -68,6 +71,7 @@ class NoteFinder {
         return false;
     }
     const Glyph glyph = JoinedGlyph(line_.line.glyphs, first, parts);
+    if (glyph.box.Width() > kWidestNote * line_.line.metrics.xHeight) return false;
     if (first > 0 && end < line_.texts.size())
       return glyph.components.size() == 1 && LooksLikeMusicNote(glyph, line_.line);
     return LooksLikeMusicNote(glyph, line_.line) || IsSoftNote(glyph);
@@ -75,10 +79,8 @@ class NoteFinder {
   [[nodiscard]] bool IsSoftNote(const Glyph& glyph) {
     auto& known = line_.softNotes;
     if (std::find(known.begin(), known.end(), glyph.box) != known.end()) return true;
-    if (picture_ == nullptr || glyph.box.Width() > kWidestNote * line_.line.metrics.xHeight ||
-        !LooksLikeMusicNote(WithSoftEdges(glyph, *picture_), line_.line)) {
+    if (picture_ == nullptr || !LooksLikeMusicNote(WithSoftEdges(glyph, *picture_), line_.line))
       return false;
-    }
     known.push_back(glyph.box);
     return true;
   }
