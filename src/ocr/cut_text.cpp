@@ -154,6 +154,18 @@ Bytes TakeOthers(std::span<std::uint8_t> row, int y, const LinesNear& near,
   return others;
 }
 
+// Puts pixels of other lines back. Where the moved line now stands in the same place, ink goes before
+// soft edges, and these before outlines.
+void PutBack(std::span<const std::uint8_t> others, std::span<std::uint8_t> row,
+             const TextRoles& roles, std::uint8_t background) {
+  const auto rank = [&](std::uint8_t type) {
+    return type == background ? 0 : type == roles.textType ? 3 : type == roles.outlineType ? 1 : 2;
+  };
+  for (std::size_t x = 0; x < others.size(); ++x) {
+    if (rank(others[x]) > rank(row[x])) row[x] = others[x];
+  }
+}
+
 // The cut of a neighbouring line must know where this one's characters now stand.
 void MoveBoxes(SubpictureUnit& unit, BoxRange range, int line, int moveRight, int width) {
   for (int i = 0; i < static_cast<int>(unit.charBoxes.size()); ++i) {
@@ -210,9 +222,7 @@ void CutBoxRange(SubpictureUnit& unit, BoxRange range, bool recenter) {
     const std::span row(unit.pixels.data() + static_cast<std::size_t>(y) * width, width);
     const Bytes others = near.AnyIn(y) ? TakeOthers(row, y, near, background) : Bytes();
     CutRow(row, cut.Left(y), cut.Right(y), moveRight, background);
-    for (std::size_t x = 0; x < others.size(); ++x) {
-      if (others[x] != background) row[x] = others[x];
-    }
+    PutBack(others, row, unit.textRoles, background);
   }
   MoveBoxes(unit, range, line, moveRight, cut.Width());
 }

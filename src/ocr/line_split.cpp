@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "ocr/glyphs.h"
+
 namespace quillomar {
 namespace {
 
@@ -14,6 +16,10 @@ constexpr double kLowestPart = 0.9;
 // A component that is taller may reach through two lines, if this share lies in each.
 constexpr double kTallComponent = 2.1;
 constexpr double kShareInLine = 0.25;
+// Components between these heights are letters, lower ones may be marks; a mark stands so far above
+// its letter at most.
+constexpr double kLeastLetter = 0.6;
+constexpr double kMarkGap = 0.4;
 // The lower of two peaks of the profile between which a band may be cut, as a share of the other.
 constexpr double kPeakShare = 0.3;
 
@@ -120,8 +126,29 @@ class LineSplitter {
       }
     }
     for (const CutRule& rule : kCutRules) {
-      if (band.Height() >= Heights(rule.height))
-        return bestScore <= rule.valley ? best : std::nullopt;
+      if (band.Height() < Heights(rule.height)) continue;
+      return bestScore <= rule.valley ? best : RowBetweenLetters(band, least);
+    }
+    return {};
+  }
+  [[nodiscard]] bool IsLetter(const Component& component) const {
+    const int height = component.box.Height();
+    return height >= Heights(kLeastLetter) && height <= Heights(kTallComponent);
+  }
+  // A short line beside a long one makes no peak, and marks fill the valley between them: the last
+  // row that no letter reaches through.
+  [[nodiscard]] std::optional<int> RowBetweenLetters(const Band& band, int least) const {
+    for (int row = band.bottom - least; row >= band.top + least; --row) {
+      bool above = false, below = false, through = false;
+      for (const Component& component : components_) {
+        if (!IsLetter(component) || component.box.y0 < band.top || component.box.y1 > band.bottom)
+          continue;
+        const bool isAbove = component.box.y1 <= row, isBelow = component.box.y0 > row;
+        above = above || isAbove;
+        below = below || isBelow;
+        through = through || !(isAbove || isBelow);
+      }
+      if (above && below && !through) return row;
     }
     return {};
   }
@@ -147,11 +174,34 @@ class LineSplitter {
       }
     }
     std::erase_if(lines, [](const InkLine& line) { return line.components.empty(); });
-    for (InkLine& line : lines) {
-      line.typicalHeight = typical_;
-      for (const Component& component : line.components) line.box.Join(component.box);
-    }
+    for (InkLine& line : lines) Measure(line);
+    for (std::size_t i = 0; i + 1 < lines.size(); ++i) MoveMarksDown(lines[i], lines[i + 1]);
     return lines;
+  }
+  void Measure(InkLine& line) const {
+    line.typicalHeight = typical_;
+    line.box = {};
+    for (const Component& component : line.components) line.box.Join(component.box);
+  }
+  // What stands below the baseline of one line and above a letter of the next is that letter's.
+  void MoveMarksDown(InkLine& upper, InkLine& lower) const {
+    const int baseline = FindBaseline(upper);
+    const auto isMarkBelow = [&](const Component& mark) {
+      return mark.box.y0 > baseline && mark.box.Height() < Heights(kLeastLetter) &&
+             std::any_of(lower.components.begin(), lower.components.end(),
+                         [&](const Component& letter) {
+                           return IsLetter(letter) && OverlapX(mark.box, letter.box) > 0 &&
+                                  mark.box.y1 < letter.box.y1 &&
+                                  letter.box.y0 - mark.box.y1 <= Heights(kMarkGap);
+                         });
+    };
+    const auto marks = std::stable_partition(upper.components.begin(), upper.components.end(),
+                                             [&](const Component& c) { return !isMarkBelow(c); });
+    if (marks == upper.components.begin() || marks == upper.components.end()) return;
+    std::move(marks, upper.components.end(), std::back_inserter(lower.components));
+    upper.components.erase(marks, upper.components.end());
+    Measure(upper);
+    Measure(lower);
   }
   [[nodiscard]] std::size_t BandOf(int row) const {
     std::size_t index = 0;
