@@ -154,8 +154,8 @@ Bytes TakeOthers(std::span<std::uint8_t> row, int y, const LinesNear& near,
   return others;
 }
 
-// Puts pixels of other lines back. Where the moved line now stands in the same place, ink goes before
-// soft edges, and these before outlines.
+// Puts pixels of other lines back. Where the moved line now stands in the same place, ink goes
+// before soft edges, and these before outlines.
 void PutBack(std::span<const std::uint8_t> others, std::span<std::uint8_t> row,
              const TextRoles& roles, std::uint8_t background) {
   const auto rank = [&](std::uint8_t type) {

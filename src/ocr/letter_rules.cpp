@@ -1,6 +1,7 @@
 #include "ocr/letter_rules.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <optional>
 
@@ -63,6 +64,16 @@ bool HasDot(const Glyph& glyph) {
   const Component& upper = a.box.y0 < b.box.y0 ? a : b;
   const Component& lower = a.box.y0 < b.box.y0 ? b : a;
   return upper.box.y1 < lower.box.y0 && upper.box.Height() * 2 < lower.box.Height();
+}
+
+// Whether the strokes of a bracket bend: by how much its middle is off the line between its ends.
+bool Bends(const std::vector<InkRun>& runs) {
+  const auto middle = [&](double share) {
+    const InkRun& run =
+        runs[static_cast<std::size_t>(share * static_cast<double>(runs.size() - 1))];
+    return (run.first + run.last) / 2.0;
+  };
+  return std::abs(middle(0.5) - (middle(0.05) + middle(0.95)) / 2) > kBarRoughness;
 }
 
 // Decides the bars of one word.
@@ -160,6 +171,7 @@ bool IsBar(const Glyph& glyph, const LineMetrics& metrics) {
     return std::abs(length - thickness) <= kBarRoughness;
   });
   return static_cast<int>(lengths.size()) == glyph.box.Height() &&
+         !Bends(glyph.components.front().runs) &&
          static_cast<double>(even) >= kBarRows * static_cast<double>(lengths.size()) &&
          glyph.box.Width() <= thickness + kBarLean;
 }

@@ -49,10 +49,11 @@ class NoteShape {
     if (Row(0).size() != 1 || Row(box_.Height() - 1).size() != 1) return false;
     const InkRun &top = Row(0).front(), &bottom = Row(box_.Height() - 1).front();
     return std::abs(top.first - bottom.first) <= kStemDrift &&
-           std::abs(top.last - bottom.last) <= kStemDrift &&
-           2 * top.Length() > box_.Width();
+           std::abs(top.last - bottom.last) <= kStemDrift && 2 * top.Length() > box_.Width();
   }
-  [[nodiscard]] bool IsNote() { return FindStem() && HasHead(RowAt(kHeadTop)) && HasFlag(); }
+  [[nodiscard]] bool IsNote() {
+    return FindStem() && HasHead(RowAt(kHeadTop)) && HasFlag() && FlagLeavesStem();
+  }
   // Thin type loses stems: what is left of one is above, the head stands by itself.
   [[nodiscard]] bool IsBrokenNote() {
     return FindBrokenStem() && HasHead(TopOfHead()) && HasFlag() && FlagEndsRight();
@@ -147,6 +148,13 @@ class NoteShape {
     }
     return reach >= AtLeastTwo(kFlagReach);
   }
+  // In some row both are seen; of a slanted bar the upper part is no flag.
+  [[nodiscard]] bool FlagLeavesStem() const {
+    return std::any_of(rows_.begin(), rows_.begin() + RowAt(kHeadTop), [this](const auto& row) {
+      return !row.empty() &&
+             row.back().last - row.front().first + 1 >= stem_.Length() + AtLeastTwo(kFlagReach);
+    });
+  }
 
   // The solid ink at the bottom; empty when it is not solid.
   [[nodiscard]] PixelBox LooseHead() const {
@@ -196,7 +204,8 @@ bool LooksLikeMusicNote(const Glyph& glyph, const GlyphLine& line) {
   if (NoteShape(glyph, line.metrics.baseline, line.slant).HasSerifs()) return false;
   const auto isNote = [&](float slant) {
     NoteShape shape(glyph, line.metrics.baseline, slant);
-    return shape.IsNote() || (glyph.components.size() > 1 && (shape.IsBrokenNote() || shape.IsStemlessNote()));
+    return shape.IsNote() ||
+           (glyph.components.size() > 1 && (shape.IsBrokenNote() || shape.IsStemlessNote()));
   };
   // A note may stand upright beside slanted letters.
   return isNote(0) || (line.slant != 0 && isNote(line.slant));

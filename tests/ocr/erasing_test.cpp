@@ -134,18 +134,19 @@ TEST_F(ErasingTest, CutFollowsTheSlant) {
   EXPECT_EQ(unit.charBoxes[1].x1 - unit.charBoxes[1].x0, width);
 }
 
-TEST_F(ErasingTest, LineCloseBelowIsNotTouched) {
-  SubpictureUnit unit = Unit({"0000000000", "0110110110", "0110110110", "0000000000", "1101101100",
+TEST_F(ErasingTest, LineCloseBelowIsNotTouchedAndItsOutlineHidesNoInk) {
+  SubpictureUnit unit = Unit({"0000000000", "0110110110", "0000000110", "0022000110", "1101101100",
                               "1101101100", "0000000000"});
   ASSERT_FALSE(Failed(DecodeBitmap(unit, context_)));
-  const auto box = [](int x0, int y0, int line) {
-    return CharBox{x0, x0 + 1, y0, y0 + 1, U'x', line};
+  unit.textRoles = {1, 2, 3};
+  const auto box = [](int x0, int y0, int y1, int line) {
+    return CharBox{x0, x0 + 1, y0, y1, U'x', line};
   };
-  unit.charBoxes = {box(1, 1, 0), box(4, 1, 0), box(7, 1, 0), {0, 0, 1, 2, kLineEnd, 0},
-                    box(0, 4, 1), box(3, 4, 1), box(6, 4, 1), {0, 0, 4, 5, kLineEnd, 1}};
+  unit.charBoxes = {box(1, 1, 1, 0), box(4, 1, 1, 0), box(7, 1, 3, 0), {0, 0, 1, 2, kLineEnd, 0},
+                    box(0, 4, 5, 1), box(3, 4, 5, 1), box(6, 4, 5, 1), {0, 0, 4, 5, kLineEnd, 1}};
   CutBoxRange(unit, {1, 1}, false);
   EXPECT_EQ(author::PixelRows(unit),
-            (std::vector<std::string>{"0000000000", "0111100000", "0111100000", "0000000000",
+            (std::vector<std::string>{"0000000000", "0111100000", "0001100000", "0021100000",
                                       "1101101100", "1101101100", "0000000000"}));
 }
 

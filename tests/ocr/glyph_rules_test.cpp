@@ -51,12 +51,23 @@ TEST(GlyphRulesTest, ANoteHasAHeadAStemAndAFlag) {
   auto broken = Note();
   for (std::size_t row = 5; row < 11; ++row) broken[row] = ".......#";
   EXPECT_TRUE(isNote(broken));
-  auto question = broken;
-  for (std::size_t row = 8; row < 11; ++row) question[row] = "........";
-  EXPECT_FALSE(isNote(question));
+  auto stemless = broken;
+  for (std::size_t row = 8; row < 11; ++row) stemless[row] = "........";
+  EXPECT_TRUE(isNote(stemless));
+  // A question mark; an exclamation mark that leans
+  EXPECT_FALSE(isNote({"..####..", ".#....#.", "......#.", ".....##.", "...##...", "...#....",
+                       "...#....", "........", "..##....", "..##...."}));
+  EXPECT_FALSE(isNote({".......##", ".......##", "......#..", ".....#...", ".....#...", "....#....",
+                       ".........", ".##......", ".##......"}));
+  // A capital I, upright and leaning
   std::vector<std::string> serifs(18, "..##..");
   for (const std::size_t row : {0U, 1U, 16U, 17U}) serifs[row] = "######";
   EXPECT_FALSE(isNote(serifs));
+  const std::vector<std::string> leaning = {
+      "....######", ".....###..", ".....###..", ".....###..", ".....##...", ".....##...",
+      "....###...", "....###...", "....##....", "....##....", "...###....", "...###....",
+      "...##.....", "...##.....", "..###.....", "..###.....", "######...."};
+  EXPECT_FALSE(LooksLikeMusicNote(WholePicture(leaning), {0.25F, {16, 12}, {}}));
 }
 
 TEST(GlyphRulesTest, ABracketMayTouchACapital) {
@@ -157,15 +168,21 @@ TEST(GlyphRulesTest, LinesCloseTogetherArePartedAndMarksStayWithTheirs) {
     draw(4 + 12 * i, 11 + 12 * i, 27, 42);
   }
   draw(16, 17, 18, 22);  // a descender of the upper line
-  draw(30, 33, 24, 25);  // an accent of the lower line
+  draw(30, 33, 20, 21);  // an accent of the lower line
   const std::vector<InkLine> lines = SplitLines(FindComponents(Picture(rows)));
   ASSERT_EQ(lines.size(), 2U);
   EXPECT_EQ(lines[0].box.y1, 22);
-  EXPECT_EQ(lines[1].box.y0, 24);
+  EXPECT_EQ(lines[1].box.y0, 20);
   for (int y = 2; y <= 42; ++y) rows[static_cast<std::size_t>(y)][60] = '#';
   const std::vector<InkLine> tied = SplitLines(FindComponents(Picture(rows)));
   ASSERT_EQ(tied.size(), 2U);
   EXPECT_EQ(tied[0].components.size() + tied[1].components.size(), 19U);
+  // Of the upper line one letter is left, and marks fill what parts it from the lower one.
+  for (int y = 0; y < 24; ++y) rows[static_cast<std::size_t>(y)] = std::string(120, '.');
+  draw(4, 11, 2, 17);
+  draw(30, 33, 16, 21);
+  draw(42, 45, 20, 26);
+  EXPECT_EQ(SplitLines(FindComponents(Picture(rows))).size(), 2U);
 }
 
 std::vector<Glyph> Blocks(const std::vector<std::pair<int, int>>& columns) {
