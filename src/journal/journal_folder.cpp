@@ -113,13 +113,17 @@ Result JournalFolder::Restore(const std::string& journal) {
   return handles ? PutAllBack(journal, *file, *known, *handles) : Result::kFailed;
 }
 
+void JournalFolder::ReportBlocked(const std::string& path) {
+  reporter_.ReportError(
+      Format("%s is missing, in use or cannot be written.\n"
+             "Nothing was restored; it can be done later.",
+             path.c_str()));
+}
+
 std::shared_ptr<File> JournalFolder::OpenKnown(const JournaledFile& known, File& journal) {
   std::shared_ptr<File> file = files_.Open(known.path, OpenMode::kExclusiveWrite);
   if (!file) {
-    reporter_.ReportError(
-        Format("%s is missing, in use or cannot be written.\n"
-               "Nothing was restored; it can be done later.",
-               known.path.c_str()));
+    ReportBlocked(known.path);
     return nullptr;
   }
   if (KeepsWhatIsCutOff(known, file->Size()) &&
@@ -143,6 +147,10 @@ std::optional<JournalFolder::Handles> JournalFolder::OpenAll(
     const std::vector<JournaledFile>& known, File& journal) {
   Handles handles;
   for (const JournaledFile& file : known) {
+    if (file.created && files_.IsFolder(file.path)) {
+      ReportBlocked(file.path);
+      return std::nullopt;
+    }
     handles.push_back(file.created ? nullptr : OpenKnown(file, journal));
     if (!file.created && !handles.back()) return std::nullopt;
   }

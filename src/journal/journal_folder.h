@@ -67,6 +67,7 @@ class JournalFolder {
   void DropOld();
   // Says that a journal cannot be read; always fails.
   Result Refuse(const std::string& journal);
+  void ReportBlocked(const std::string& path);
   [[nodiscard]] std::shared_ptr<File> OpenKnown(const JournaledFile& known, File& journal);
   // The files as PutBack wants them; nothing, with a message, where one may not be restored.
   [[nodiscard]] std::optional<Handles> OpenAll(const std::vector<JournaledFile>& known,
