@@ -6,8 +6,7 @@
 #include <map>
 #include <regex>
 
-#include "disc/ffmpeg_subtitles.h"
-#include "disc/open_disc.h"
+#include "disc/disc_test.h"
 #include "support/message_collector.h"
 
 namespace quillomar {
@@ -147,7 +146,10 @@ int MiddleOf(const FfmpegSubtitle& picture) {
   return picture.x + picture.width / 2;
 }
 
-TEST_F(ReadDisc, ErasedTextIsGoneAndTheRestIsInItsPlace) {
+class ErasedDisc : public ReadDisc, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ErasedDisc, TextIsGoneAndTheRestIsInItsPlace) {
+  disc_ = std::make_unique<DiscCopy>(GetParam());
   const auto before = Pictures();
   const auto textBefore = Texts();
   ASSERT_EQ(Cli({"erase-hi", "--yes"}, disc_->TitleVobs()).exitCode, 0);
@@ -184,6 +186,8 @@ TEST_F(ReadDisc, ErasedTextIsGoneAndTheRestIsInItsPlace) {
   }
   EXPECT_EQ(changed, left.size());
 }
+
+INSTANTIATE_TEST_SUITE_P(Discs, ErasedDisc, testing::Values("ntsc", "pal"), test::DiscName);
 
 TEST_F(ReadDisc, CorrectedGlyphIsReadSoEverywhereAndOnOtherDiscs) {
   test::MemoryFileSystem kept;
