@@ -32,9 +32,8 @@ constexpr double kWrongHeight = 0.6;  // a small letter for a tall one
 constexpr double kWrongDescender = 0.3;
 constexpr double kDescent = 0.15;  // x-heights below the baseline
 
-double ShapeCost(char32_t ch, const GlyphPlace& place) {
+double ShapeCost(const CharacterShape& shape, const GlyphPlace& place) {
   using Place = CharacterShape::Place;
-  const CharacterShape shape = ShapeOf(ch);
   const bool isMark = place.IsLowMark() || place.IsHighMark();
   switch (shape.place) {
     case Place::kLowMark:
@@ -58,7 +57,10 @@ class Aligner {
   Aligner(const std::vector<Reading>& readings, const std::vector<Glyph>& glyphs,
           const LineMetrics& metrics, const CharacterWidths& widths,
           const std::vector<std::u32string>& known)
-      : readings_(readings), glyphs_(glyphs), metrics_(metrics), widths_(widths), known_(known) {}
+      : readings_(readings), glyphs_(glyphs), metrics_(metrics), known_(known) {
+    for (const Reading& reading : readings)
+      expected_.push_back({ShapeOf(reading.ch), widths.WidthOf(reading.ch)});
+  }
 
   std::vector<Match> Run() {
     const std::size_t rows = glyphs_.size() + 1, columns = readings_.size() + 1;
@@ -72,6 +74,10 @@ class Aligner {
   }
 
  private:
+  struct Expected {
+    CharacterShape shape;
+    double width = 0;  // of the disc's, x-heights
+  };
   struct Cell {
     double cost = std::numeric_limits<double>::infinity();
     std::size_t glyphs = 0, readings = 0;  // of the last step
@@ -103,7 +109,7 @@ class Aligner {
     double width = 0;
     for (std::size_t i = 0; i < readings; ++i) {
       seen.Join(readings_[reading + i].box);
-      width += widths_.WidthOf(readings_[reading + i].ch);
+      width += expected_[reading + i].width;
     }
     const double unit = metrics_.xHeight;
     const double shift = (ink.x0 + ink.x1 - seen.x0 - seen.x1) / 2.0 / unit;
@@ -111,8 +117,8 @@ class Aligner {
     double cost = std::min(kPlaceWeight * shift * shift, kMostForPlace) +
                   WidthCost(std::abs(place.width - width), readings > 1);
     if (readings == 1)
-      cost += ShapeCost(readings_[reading].ch, place) +
-              GlyphsCost(glyph, glyphs, readings_[reading].ch);
+      cost += ShapeCost(expected_[reading].shape, place) +
+              GlyphsCost(glyph, glyphs, expected_[reading]);
     return cost + kExtraReading * static_cast<double>(readings - 1);
   }
   // Ink that is known needs no reading.
@@ -137,10 +143,10 @@ class Aligner {
     if (several) return std::min(kTouchingWidthWeight * misfit, kMostForTouchingWidth);
     return std::min(kWidthWeight * misfit, kMostForWidth);
   }
-  [[nodiscard]] double GlyphsCost(std::size_t glyph, std::size_t glyphs, char32_t ch) const {
-    const CharacterShape shape = ShapeOf(ch);
-    const auto expected = static_cast<std::size_t>(shape.parts);
-    const bool mark = shape.place != CharacterShape::Place::kLetter;
+  [[nodiscard]] double GlyphsCost(std::size_t glyph, std::size_t glyphs,
+                                  const Expected& character) const {
+    const auto expected = static_cast<std::size_t>(character.shape.parts);
+    const bool mark = character.shape.place != CharacterShape::Place::kLetter;
     double cost = mark && glyphs > expected ? kBrokenMark : 0;
     for (std::size_t i = 1; i < glyphs; ++i) {
       cost += i < expected ? kExpectedGlyph : kExtraGlyph + GapCost(glyph + i);
@@ -149,7 +155,7 @@ class Aligner {
       const double width =
           static_cast<double>(glyphs_[glyph + glyphs - 1].box.x1 - glyphs_[glyph].box.x0 + 1) /
           metrics_.xHeight;
-      cost += kJoinedWidthWeight * std::max(width - kJoinedWidth * widths_.WidthOf(ch), 0.0);
+      cost += kJoinedWidthWeight * std::max(width - kJoinedWidth * character.width, 0.0);
     }
     return cost;
   }
@@ -177,8 +183,8 @@ class Aligner {
   const std::vector<Reading>& readings_;
   const std::vector<Glyph>& glyphs_;
   LineMetrics metrics_;
-  const CharacterWidths& widths_;
   const std::vector<std::u32string>& known_;
+  std::vector<Expected> expected_;  // of each reading
   std::vector<Cell> cells_;
   std::size_t columns_ = 0;
 };

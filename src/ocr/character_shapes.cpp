@@ -1,5 +1,6 @@
 #include "ocr/character_shapes.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -108,13 +109,15 @@ GlyphPlace PlaceOf(const PixelBox& box, const LineMetrics& metrics) {
 }
 
 void CharacterWidths::Add(char32_t ch, double width) {
-  hundredths_[ch].push_back(static_cast<int>(width * 100 + 0.5));
+  std::vector<int>& met = hundredths_[ch];
+  const int hundredths = static_cast<int>(width * 100 + 0.5);
+  met.insert(std::upper_bound(met.begin(), met.end(), hundredths), hundredths);
 }
 
 double CharacterWidths::WidthOf(char32_t ch) const {
   const auto found = hundredths_.find(ch);
   if (found == hundredths_.end() || found->second.size() < kFewMet) return ShapeOf(ch).width;
-  return ValueAtShare(found->second, 0.5) / 100.0;
+  return found->second[(found->second.size() - 1) / 2] / 100.0;
 }
 
 }  // namespace quillomar

@@ -39,7 +39,7 @@ class CharacterWidths {
   [[nodiscard]] double WidthOf(char32_t ch) const;
 
  private:
-  std::map<char32_t, std::vector<int>> hundredths_;
+  std::map<char32_t, std::vector<int>> hundredths_;  // sorted
 };
 
 [[nodiscard]] bool IsUpper(char32_t ch);

@@ -46,6 +46,7 @@ std::vector<std::optional<EngineResult>> DiscRun::Run() {
 
 void DiscRun::Measure() {
   ParallelFor(pages_.size(), [&](std::size_t, std::size_t index) {
+    if (!GoesOn()) return;
     const EnginePicture picture = pictures_.Get(index);
     pages_[index].language = picture.language;
     pages_[index].measured = MeasureLines(picture, settings_.italics);
@@ -74,6 +75,7 @@ void DiscRun::ReadPage(Page& page, std::size_t index, std::size_t worker) {
   std::optional<EnginePicture> picture;
   for (LineText& line : page.lines) {
     if (line.recognised || reader_.ReadFromPatterns(line, page.language)) continue;
+    if (!GoesOn()) return;
     LineRecogniser* recogniser = recognisers_.For(worker, page.language);
     if (recogniser == nullptr) continue;
     if (!picture) picture = pictures_.Get(index);
@@ -90,12 +92,13 @@ void DiscRun::Learn(std::size_t begin, std::size_t end) {
   knowledge_.spaces.Settle();
 }
 
-EngineResult DiscRun::SettlePage(std::size_t index, std::size_t worker) {
+std::optional<EngineResult> DiscRun::SettlePage(std::size_t index, std::size_t worker) {
   Page& page = pages_[index];
   // What seemed well known may have become doubtful since.
   ReadPage(page, index, worker);
   EngineResult result;
   for (LineText& line : page.lines) {
+    if (!GoesOn()) return {};
     reader_.Settle(line, page.language);
     reader_.Append(line, result);
   }
@@ -107,9 +110,19 @@ bool DiscRun::Stopped() {
   return stopped_;
 }
 
+bool DiscRun::GoesOn() {
+  const std::lock_guard lock(mutex_);
+  Ask();
+  return !stopped_;
+}
+
 void DiscRun::Count() {
   const std::lock_guard lock(mutex_);
   ++stepsDone_;
+  Ask();
+}
+
+void DiscRun::Ask() {
   if (progress_ && !progress_(stepsDone_, kPasses * pages_.size())) stopped_ = true;
 }
 

@@ -32,9 +32,13 @@ class DiscRun {
   void ReadRound(std::size_t begin, std::size_t end);
   void ReadPage(Page& page, std::size_t index, std::size_t worker);
   void Learn(std::size_t begin, std::size_t end);
-  [[nodiscard]] EngineResult SettlePage(std::size_t index, std::size_t worker);
+  // Nothing when it was stopped.
+  [[nodiscard]] std::optional<EngineResult> SettlePage(std::size_t index, std::size_t worker);
   [[nodiscard]] bool Stopped();
+  // Asks the progress: one picture may hold a great many lines.
+  [[nodiscard]] bool GoesOn();
   void Count();
+  void Ask();
 
   const PictureSource& pictures_;
   EngineSettings settings_;

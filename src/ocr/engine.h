@@ -69,8 +69,8 @@ class PictureSource {
   [[nodiscard]] virtual EnginePicture Get(std::size_t index) const = 0;
 };
 
-// Called after each picture of each pass with the steps done and all steps, never by two threads at
-// once. False: stop as soon as the pictures under way are done.
+// Called after each picture of each pass, and between its lines, with the steps done and all steps;
+// never by two threads at once. False: stop; pictures under way count as not read.
 using EngineProgress = std::function<bool(std::size_t done, std::size_t steps)>;
 
 // What the user says about a place in a picture.

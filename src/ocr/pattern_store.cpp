@@ -56,6 +56,10 @@ bool HasBlock(const Row& above, const Row& below) {
   return false;
 }
 
+int MostDiffering(const GlyphPattern& a, const GlyphPattern& b) {
+  return std::max(kFewPixels, static_cast<int>(kShareOfInk * std::max(a.pixels, b.pixels)));
+}
+
 // Pixels that differ when `a` is moved by `shiftA` and `b` by `shiftB`; nothing when they cannot be
 // the same glyph.
 class Comparison {
@@ -66,8 +70,7 @@ class Comparison {
     for (Row* row : {&rowA_, &rowB_, &difference_, &previous_}) row->resize(words);
   }
   std::optional<int> Run() {
-    const int most =
-        std::max(kFewPixels, static_cast<int>(kShareOfInk * std::max(a_.pixels, b_.pixels)));
+    const int most = MostDiffering(a_, b_);
     int differing = 0;
     for (int row = 0; row < a_.height; ++row) {
       differing += CompareRow(row);
@@ -111,6 +114,7 @@ std::optional<int> Difference(const GlyphPattern& a, const GlyphPattern& b) {
   const int depth = std::max(kLeastDepthDifference, std::min(a.xHeight, b.xHeight) / 6);
   if (a.height != b.height || std::abs(a.width - b.width) > 1) return {};
   if (std::abs(a.depth - b.depth) > depth) return {};
+  if (std::abs(a.pixels - b.pixels) > MostDiffering(a, b)) return {};
   std::optional<int> least = Comparison(a, 0, b, 0).Run();
   if (a.width < b.width) least = Least(least, Comparison(a, 1, b, 0).Run());
   if (a.width > b.width) least = Least(least, Comparison(a, 0, b, 1).Run());

@@ -111,7 +111,8 @@ TEST_F(EngineTest, AStopLeavesTheRestUnread) {
   const Pictures pictures(std::vector<EnginePicture>(40, SetInPlainType({"mad"})));
   std::size_t last = 0;
   const auto results = engine.RecogniseAll(pictures, {}, [&](std::size_t done, std::size_t steps) {
-    EXPECT_EQ(done, ++last);
+    EXPECT_LE(done - last, 1U);
+    last = done;
     EXPECT_EQ(steps, 80U);
     return done < 50;
   });
@@ -119,6 +120,14 @@ TEST_F(EngineTest, AStopLeavesTheRestUnread) {
                                   [](const auto& each) { return each.has_value(); });
   EXPECT_GE(read, 10);
   EXPECT_LT(read, 40);
+  const Pictures one({SetInPlainType({"mad", "bob", "dab", "nod", "bad"})});
+  auto other = Engine(NoFault);
+  linesRead_ = 0;
+  int calls = 0;
+  const auto stopped =
+      other.RecogniseAll(one, {}, [&](std::size_t, std::size_t) { return ++calls < 4; });
+  EXPECT_FALSE(stopped[0]);
+  EXPECT_EQ(linesRead_, 2);
 }
 
 TEST_F(EngineTest, LessonsGoFirstAndAreKeptForOtherDiscs) {
