@@ -89,6 +89,12 @@ VideoStandard StandardOf(const SupUnits& units) {
   return taller ? VideoStandard::kPal : VideoStandard::kNtsc;
 }
 
+// Damaged units have them: the sizes in the header are part of the picture, which another size
+// changes.
+bool CodesBeginInHeader(const SpuState& state) {
+  return std::min(state.topOffset, state.bottomOffset) < kSpuHeaderSize;
+}
+
 // The unit's bytes without its spare room; nothing when they cannot be read again.
 std::optional<Bytes> CompactedBytes(const SubpictureUnit& unit, const SpuContext& context) {
   SubpictureUnit copy;
@@ -101,7 +107,7 @@ std::optional<Bytes> CompactedBytes(const SubpictureUnit& unit, const SpuContext
   copy.state.decoded = false;
   if (Failed(ParseControlSequences(copy, 0, 0, context))) return std::nullopt;
   const bool decoded = !Failed(DecodeBitmap(copy, context));
-  if (decoded && copy.state.spareRoom > kToleratedSpareBytes) {
+  if (decoded && !CodesBeginInHeader(copy.state) && copy.state.spareRoom > kToleratedSpareBytes) {
     // Where the sequences cannot be moved the unit is written as it is.
     static_cast<void>(ShiftControlSequences(copy, -copy.state.spareRoom));
   }
