@@ -20,7 +20,7 @@ constexpr double kFreeGap = 0.25, kFreeGapOfMark = 0.08;
 // Parts together are no wider than the letter; a little and what more costs.
 constexpr double kJoinedWidth = 1.15, kJoinedWidthWeight = 1.5;
 // What speaks for a known glyph and against one that is read otherwise.
-constexpr double kAsKnown = -0.3, kNotAsKnown = 0.6, kJoinsKnown = 0.3, kSkipKnown = 1;
+constexpr double kAsKnown = -0.3, kNotAsKnown = 0.6, kJoinsKnown = 0.8, kSkipKnown = 1;
 constexpr double kPlaceWeight = 0.5, kMostForPlace = 3;
 constexpr double kWidthWeight = 0.8, kMostForWidth = 1.2;
 // Several readings of one glyph must be as wide as it is.

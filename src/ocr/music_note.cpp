@@ -21,10 +21,9 @@ constexpr double kHeadFill = 0.55;  // of the head's box
 // a head on its own has.
 constexpr double kBrokenStem = 0.4;
 constexpr double kLeastHead = 0.1, kMostHead = 0.45;
-constexpr int kMostBlankRows = 1;  // between head and flag
-// Of a flag without a stem: the rows of the note in which it has ink at least, and how much of its
-// reach its top may have.
-constexpr double kLeastFlag = 0.2, kFlagTopReach = 0.6;
+constexpr int kMostBlankRows = 1;      // between head and flag
+constexpr double kFlagTopReach = 0.6;  // of the flag's top, as a share of its whole reach
+constexpr double kLeastFlag = 0.2;     // rows of a note in which a flag without a stem has ink
 
 class NoteShape {
  public:
@@ -146,7 +145,9 @@ class NoteShape {
         return false;
       if (!Row(row).empty()) reach = std::max(reach, Row(row).back().last - stem_.last);
     }
-    return reach >= AtLeastTwo(kFlagReach);
+    // It bends away from the stem's top.
+    const int topReach = Row(0).back().last - stem_.last;
+    return reach >= AtLeastTwo(kFlagReach) && topReach <= kFlagTopReach * reach;
   }
   // In some row both are seen; of a slanted bar the upper part is no flag.
   [[nodiscard]] bool FlagLeavesStem() const {
