@@ -27,7 +27,8 @@ constexpr int kBarRoughness = 1;
 constexpr double kBarRows = 0.9;
 // Of the rows of a bracket and the letter that touches it; x-heights.
 constexpr double kBracketRows = 0.85, kBracketDrop = 0.12;
-constexpr int kBarLean = 2;  // columns that straightening may leave
+constexpr double kBracketWidth = 0.9;  // x-heights
+constexpr int kBarLean = 2;            // columns that straightening may leave
 // Rises that only capitals and only small letters have, x-heights.
 constexpr double kCapitalRise = 1.2;
 constexpr double kSmallRise = 1.12;
@@ -74,6 +75,45 @@ bool Bends(const std::vector<InkRun>& runs) {
     return (run.first + run.last) / 2.0;
   };
   return std::abs(middle(0.5) - (middle(0.05) + middle(0.95)) / 2) > kBarRoughness;
+}
+
+// The extent of each row of a straightened glyph, from the top.
+std::vector<InkRun> RowsOf(const Glyph& glyph, const GlyphLine& line) {
+  std::map<int, InkRun> rows;
+  for (const Component& component : glyph.components) {
+    for (const InkRun& run : component.runs) {
+      const int shift = SlantShift(run.row, line.metrics.baseline, line.slant);
+      const InkRun moved{run.row, run.first + shift, run.last + shift};
+      const auto [place, isNew] = rows.emplace(run.row, moved);
+      if (isNew) continue;
+      place->second.first = std::min(place->second.first, moved.first);
+      place->second.last = std::max(place->second.last, moved.last);
+    }
+  }
+  std::vector<InkRun> list;
+  for (const auto& [row, run] : rows) list.push_back(run);
+  return list;
+}
+
+// A stroke along one side with arms of equal reach at both ends and nothing between them, deeper
+// than a capital; 0 when the glyph is no square bracket.
+char32_t SquareBracketOf(const Glyph& glyph, const GlyphLine& line) {
+  const GlyphPlace place = PlaceOf(glyph.box, line.metrics);
+  if (!place.IsTall() || place.drop < kBracketDrop || place.width > kBracketWidth) return 0;
+  const std::vector<InkRun> rows = RowsOf(glyph, line);
+  const std::size_t end = rows.size() / 8 + 1;  // rows that an arm may take
+  if (rows.size() < 4 * end) return 0;
+  int arms[2] = {}, longest = 0;
+  bool left = true, right = true;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    left = left && rows[i].first <= glyph.box.x0 + kBarLean;
+    right = right && rows[i].last >= glyph.box.x1 - kBarLean;
+    int& most = i < end ? arms[0] : i + end >= rows.size() ? arms[1] : longest;
+    most = std::max(most, rows[i].Length());
+  }
+  const bool isBracket = left != right && std::min(arms[0], arms[1]) >= longest + kBarLean &&
+                         std::abs(arms[0] - arms[1]) <= kBarLean;
+  return isBracket ? (left ? U'[' : U']') : 0;
 }
 
 // Decides the bars of one word.
@@ -188,20 +228,14 @@ void FixByShape(GlyphText& text, const Glyph& glyph, const LineMetrics& metrics)
 }
 
 void FixBracket(GlyphText& text, const Glyph& glyph, const GlyphLine& line) {
-  if (text.text.size() != 1 || !IsUpper(text.text[0])) return;
-  std::map<int, int> starts;  // of the rows
-  for (const Component& component : glyph.components) {
-    for (const InkRun& run : component.runs) {
-      const int start = run.first + SlantShift(run.row, line.metrics.baseline, line.slant);
-      const auto [place, isNew] = starts.emplace(run.row, start);
-      if (!isNew) place->second = std::min(place->second, start);
-    }
-  }
+  if (text.text.size() > 1) return;
+  if (const char32_t bracket = SquareBracketOf(glyph, line); bracket != 0) text.text = bracket;
+  if (text.text.empty() || !IsUpper(text.text[0])) return;
   int rows = 0, last = glyph.box.y0;
-  for (const auto& [row, start] : starts) {
-    if (start > glyph.box.x0 + kBarRoughness) continue;
+  for (const InkRun& row : RowsOf(glyph, line)) {
+    if (row.first > glyph.box.x0 + kBarRoughness) continue;
     ++rows;
-    last = row;
+    last = row.row;
   }
   // No capital has a stroke at its left that goes below the baseline.
   if (rows >= kBracketRows * glyph.box.Height() &&

@@ -11,7 +11,8 @@ namespace quillomar {
 // kinds, music notes.
 void FixByShape(GlyphText& text, const Glyph& glyph, const LineMetrics& metrics);
 
-// Puts the bracket before a capital that touches it, where only the capital was read.
+// Finds square brackets by their shape, whatever they were read as. Puts the bracket before a
+// capital that touches it, where only the capital was read.
 void FixBracket(GlyphText& text, const Glyph& glyph, const GlyphLine& line);
 
 // A plain upright stroke: "I" or "l" in most type without serifs.

@@ -70,7 +70,23 @@ TEST(GlyphRulesTest, ANoteHasAHeadAStemAndAFlag) {
   EXPECT_FALSE(LooksLikeMusicNote(WholePicture(leaning), {0.25F, {16, 12}, {}}));
 }
 
-TEST(GlyphRulesTest, ABracketMayTouchACapital) {
+TEST(GlyphRulesTest, ABracketIsKnownByItsShapeAndMayTouchACapital) {
+  const std::vector<std::string> bracket = {
+      ".......#####", "......###...", "......###...", ".....###....", ".....##.....",
+      ".....##.....", "....###.....", "....##......", "...###......", "...###......",
+      "...##.......", "..###.......", "..##........", ".###........", ".##.........",
+      ".##.........", "######......"};
+  const auto leaning = [&](float slant) {
+    GlyphLine line{slant, {13, 11}, {}};
+    Glyph glyph = WholePicture(bracket);
+    glyph.box = Straightened(glyph.components[0], 13, slant);
+    GlyphText text;
+    text.text = U"f";
+    FixBracket(text, glyph, line);
+    return text.text;
+  };
+  EXPECT_EQ(leaning(0.4F), U"[");
+  EXPECT_EQ(leaning(0), U"f");
   std::vector<std::string> rows(20, "##......##");
   for (const std::size_t row : {0U, 19U}) rows[row] = "####....##";
   rows[17] = "##########";
