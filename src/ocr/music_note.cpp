@@ -170,15 +170,18 @@ class NoteShape {
     }
     return pixels >= kHeadFill * head.Width() * head.Height() ? head : PixelBox();
   }
-  // Begins where the stem would end, and bends away from it to the right.
+  // Begins where the stem would end, and bends away from it to the right; a question mark bends to
+  // both sides.
   [[nodiscard]] bool HasLooseFlag(int headTop) const {
     int rows = 0, top = 0, reach = 0, topReach = 0;
     for (int row = 0; row < headTop; ++row) {
       if (Row(row).empty()) continue;
       const int start = Row(row).front().first - stem_.first;
       const int end = Row(row).back().last - stem_.last;
-      if (start < -kStemDrift || (end > kStemDrift && row > RowAt(kHeadTop))) return false;
       if (rows++ == 0) top = start, topReach = end;
+      const bool bendsBack = start < top - 1 && row < RowAt(kStemBottom);
+      if (start < -kStemDrift || bendsBack) return false;
+      if (end > kStemDrift && row > RowAt(kHeadTop)) return false;
       reach = std::max(reach, end);
     }
     return rows >= kLeastFlag * box_.Height() && top <= kStemDrift &&
