@@ -91,6 +91,7 @@ std::vector<InkRun> RowsOf(const Glyph& glyph, const GlyphLine& line) {
     }
   }
   std::vector<InkRun> list;
+  list.reserve(rows.size());
   for (const auto& [row, run] : rows) list.push_back(run);
   return list;
 }

@@ -27,7 +27,9 @@ Glyph WithSoftEdges(const Glyph& glyph, const EnginePicture& picture) {
   part.height = box.Height();
   for (int y = box.y0; y <= box.y1; ++y) {
     for (int x = box.x0; x <= box.x1; ++x) {
-      const std::uint8_t grey = picture.grey[static_cast<std::size_t>(y * picture.width + x)];
+      const std::size_t at = static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width) +
+                             static_cast<std::size_t>(x);
+      const std::uint8_t grey = picture.grey[at];
       part.grey.push_back(grey <= kSoftEdge ? 0 : 255);
     }
   }
