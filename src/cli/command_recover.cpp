@@ -4,7 +4,7 @@
 #include "base/paths.h"
 #include "cli/cli_call.h"
 #include "dvd/vob_name.h"
-#include "journal/journal_folder.h"
+#include "editor/left_journals.h"
 
 namespace quillomar {
 namespace {
@@ -33,7 +33,7 @@ std::vector<std::string> NamedFiles(const CliCall& call) {
 }  // namespace
 
 int RunRecover(const CliCall& call) {
-  JournalFolder journals(call.session.files, call.session.reporter, call.session.stateFolder);
+  JournalFolder journals = JournalsOf(call.session);
   const std::vector<std::string> paths = NamedFiles(call);
   std::vector<std::string> chosen = journals.Left(paths);
   // An interrupted change comes first: with it nothing older can be taken back.

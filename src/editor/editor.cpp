@@ -25,9 +25,7 @@ Editor::Editor(Session& session, FrontEnd& frontEnd, JobRunner& runner)
       document_(session),
       recent_(session.files),
       ocr_(session, document_),
-      video_(session.files, session.reporter, frontEnd.Video(),
-             {[this] { FrameChanged(); }, [this] { FramePlayed(); }, [this] { PlaybackEnded(); }}) {
-}
+      video_({session, frontEnd, document_, selection_, view_, look_, [this] { UpdateView(); }}) {}
 
 bool Editor::Enabled(const Command& command) const {
   switch (command.guard) {
@@ -60,12 +58,7 @@ void Editor::StartJob(Operation operation, const std::string& title, Work work, 
   if (busy_) return;
   busy_ = true;
   jobChangesUnits_ = !GrowsList(operation);
-  StopPlayback();
-  if (jobChangesUnits_) {
-    video_.StopAndForget();
-  } else {
-    (void)video_.Stop();
-  }
+  video_.MakeWay(jobChangesUnits_);
   ticks_ = 0;
   jobStart_ = std::chrono::steady_clock::now();
   session_.job.abortRequested = false;
@@ -74,7 +67,7 @@ void Editor::StartJob(Operation operation, const std::string& title, Work work, 
   refused_ = 0;
   session_.job.operation = operation;
   session_.reporter.ClearStatusText();
-  FillVideo();
+  video_.Fill();
   frontEnd_.JobStarted(title);
   runner_.Run(std::move(work), [this, afterwards = std::move(afterwards)] {
     if (afterwards) afterwards();
@@ -138,11 +131,11 @@ void Editor::UpdateView() {
   view_.canEdit = view_.hasUnit && !busy_;
   if (!busy_) view_.aspect = document_.Results().aspect;
   view_.place.flush = last_.flushToBorder;
-  FillVideo();
+  video_.Fill();
   if (isOther) FollowStreamsModes();
   view_.screenMode = CurrentScreenMode();
   frontEnd_.Refresh();
-  WantFrame();
+  video_.WantFrame();
   if (!video_.Playing()) WarnIfOnly4x3();
 }
 

@@ -7,24 +7,20 @@
 #include <vector>
 
 #include "bitmap/type_colours.h"
-#include "editor/audio_choices.h"
 #include "editor/command_table.h"
 #include "editor/document.h"
 #include "editor/front_end.h"
 #include "editor/last_modifications.h"
 #include "editor/ocr_desk.h"
-#include "editor/playback_screen.h"
 #include "editor/recent_files.h"
 #include "editor/selection.h"
 #include "editor/session.h"
 #include "editor/unit_edits.h"
-#include "editor/video_control.h"
+#include "editor/video_desk.h"
 #include "editor/view.h"
 #include "editor/view_options.h"
 
 namespace quillomar {
-
-class JournalFolder;
 
 // The whole program without a window: what every command does, checks, asks and says. Lives on one
 // thread; only jobs run elsewhere.
@@ -112,15 +108,6 @@ class Editor {
   [[nodiscard]] const LastModifications& Last() const { return last_; }
   // Asks for a colour for the entry that a pixel type shows and changes the CLUT.
   void EditClutEntry(int pixelType);
-
-  // The video behind the subpictures.
-  void ShowVideo(bool on);
-  // Shows units over the I-frame nearest to their end and not over the one they appear on.
-  void ShowEndFrame(bool on);
-  // To the next (1) or the previous (-1) picture.
-  void StepFrame(int direction);
-  // Index in the view's list of audio streams; while playing it is heard at once.
-  void ChooseAudio(int entry);
 
   // Whether units of the open files can be moved in time now; says why not.
   [[nodiscard]] bool MayRetime();
@@ -218,6 +205,7 @@ class Editor {
   [[nodiscard]] const View& CurrentView() const { return view_; }
   [[nodiscard]] Document& Doc() { return document_; }
   [[nodiscard]] Selection& List() { return selection_; }
+  [[nodiscard]] VideoDesk& Video() { return video_; }
   [[nodiscard]] Session& Context() { return session_; }
 
  private:
@@ -234,12 +222,9 @@ class Editor {
   SubpictureUnit& OpenCurrent(const char* name);
   void ShowStep(const EditStep* step);
   void OpenSupFile(const std::string& path);
-  [[nodiscard]] JournalFolder Journals();
   // Opens files, after an interrupted change of them has been settled; where it was not, they are
   // open for reading only and it returns false.
   bool OpenSettled(const std::function<void()>& open);
-  [[nodiscard]] bool SettleJournals(const std::vector<std::string>& left);
-  [[nodiscard]] bool SettleJournal(const std::string& journal);
   void ChooseIfo();
   [[nodiscard]] std::string ProposedBitmapName() const;
   [[nodiscard]] ExchangeColours ExchangeColoursOfCurrent();
@@ -257,25 +242,6 @@ class Editor {
   void StartJob(Operation operation, const std::string& title, Work work, Work afterwards);
   void RefillList();
   void UpdateView();
-  void OpenVideo();
-  void FillVideo();
-  [[nodiscard]] FramePointer ShownFrame();
-  void WantFrame();
-  [[nodiscard]] std::optional<FrameRequest> FrameOfListed(int index);
-  void FrameChanged();
-  void TogglePlayback(bool loop);
-  [[nodiscard]] PlayOptions PlayOptionsFromHere();
-  [[nodiscard]] PlayOptions LoopOptions();
-  [[nodiscard]] double PlaybackRate() const;
-  void LoadScreen();
-  void StopPlayback();
-  void PlaybackOver();
-  void PlaybackEnded();
-  [[nodiscard]] SubpicturePicture PlayedPicture(const UnitPointer& shown, const UnitMoment& moment);
-  void FramePlayed();
-  void FollowPlayback();
-  void StepAudio(int direction);
-  void FillAudio();
   // The sequence that edits of the look go to; nothing: all.
   [[nodiscard]] std::optional<int> EditedSequence() const;
   void AddFiles(const std::vector<std::string>& paths);
@@ -300,13 +266,7 @@ class Editor {
   std::optional<ScreenMode> screenMode_;  // as last chosen or followed
   std::string searchText_;
   UnitPointer shown_;  // the unit in the view
-  VideoControl video_;
-  bool showsVideo_ = false;
-  bool showsEndFrame_ = false;
-  PlaybackScreen screen_;
-  bool looping_ = false;
-  bool playedOut_ = false;  // the last playback went on to its end
-  int audioEntry_ = 0;
+  VideoDesk video_;
   bool busy_ = false;
   bool jobChangesUnits_ = false;  // the view must not look at units until the job has ended
   int ticks_ = 0;

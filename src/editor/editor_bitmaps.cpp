@@ -99,7 +99,7 @@ void Editor::EditBitmap() {
     frontEnd_.ShowPreferences();
   }
   if (preferences.bitmapToolPath.empty()) return;
-  StopPlayback();
+  video_.Stop();
   const std::string path = JoinPath(EnvironmentVariable("TEMP").value_or(""), kTemporaryBitmap);
   const ExchangeColours colours = ExchangeColoursOfCurrent();
   const bool chosen = look_.automaticClut;

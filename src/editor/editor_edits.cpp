@@ -22,8 +22,7 @@ constexpr std::array<const char*, kPixelTypes> kColourTitles = {
 void Editor::GoTo(int index) {
   if (jobChangesUnits_) return;
   if (!selection_.SetIndex(index)) return;
-  StopPlayback();
-  playedOut_ = false;
+  video_.Leave();
   UpdateView();
 }
 
@@ -44,7 +43,7 @@ void Editor::ChooseStream(int entry) {
   if (entry < 0 || entry > document_.HighestStream() + 1) return;
   selection_.filter.stream = entry == 0 ? std::nullopt : std::optional<int>(entry - 1);
   RefillList();
-  if (video_.Playing()) LoadScreen();
+  video_.FollowStream();
 }
 
 void Editor::ChooseVcid(int entry) {

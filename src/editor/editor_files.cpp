@@ -41,7 +41,6 @@ bool Editor::MayClose() {
 
 void Editor::CloseFiles() {
   video_.Close();
-  screen_.Load({});
   document_.Reset();
   selection_.Clear();
   last_ = {};
@@ -141,7 +140,7 @@ void Editor::StartScan(bool mayBeFast) {
   if (!document_.IsOpen()) return;
   session_.reporter.OpenLog(session_.logPath);
   document_.Prepare();
-  OpenVideo();
+  video_.Open();
   if (const auto known = mayBeFast ? ChooseFastOpen() : std::nullopt) {
     LoadRecent(*known);
     return;

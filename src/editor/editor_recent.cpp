@@ -3,6 +3,7 @@
 #include "base/format.h"
 #include "editor/analysis.h"
 #include "editor/editor.h"
+#include "editor/left_journals.h"
 
 namespace quillomar {
 
@@ -64,14 +65,14 @@ void Editor::LoadRecent(std::size_t entry) {
     CloseFiles();
     return;
   }
-  if (!Journals().Left(document_.JournaledPaths()).empty()) {
+  if (!JournalsOf(session_).Left(document_.JournaledPaths()).empty()) {
     // What is known of the files may no longer hold.
     OpenFiles(cache->paths, false);
     return;
   }
   session_.reporter.OpenLog(session_.logPath);
   document_.Prepare();
-  OpenVideo();
+  video_.Open();
   StartJob(
       Operation::kLoadingRecent, "",
       [this, lbas = std::move(cache->lbas)] { document_.Scan(lbas); },

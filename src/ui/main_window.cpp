@@ -252,7 +252,7 @@ void MainWindow::ConnectFrontEnd(QtFrontEnd& frontEnd) {
   connect(&timer_, &QTimer::timeout, this, &MainWindow::Tick);
   connect(&frontEnd, &QtFrontEnd::Changed, this, &MainWindow::Refresh);
   connect(picture_, &PictureView::StepRequested, this,
-          [this](int direction) { editor_.StepFrame(direction); });
+          [this](int direction) { editor_.Video().Step(direction); });
   connect(frontEnd.Video(), &QtVideoHost::Changed, this, &MainWindow::ShowVideo);
   connect(&frontEnd, &QtFrontEnd::JobBegan, this, &MainWindow::BeginJob);
   connect(&frontEnd, &QtFrontEnd::JobOver, this, &MainWindow::EndJob);

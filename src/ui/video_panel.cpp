@@ -60,12 +60,13 @@ void VideoPanel::ConnectControls() {
     editor_.Run(id);
     Show(editor_.CurrentView().video, editor_.Busy());
   };
-  connect(shown_, &QCheckBox::toggled, this, [this](bool on) { editor_.ShowVideo(on); });
-  connect(endFrame_, &QToolButton::toggled, this, [this](bool on) { editor_.ShowEndFrame(on); });
+  connect(shown_, &QCheckBox::toggled, this, [this](bool on) { editor_.Video().Show(on); });
+  connect(endFrame_, &QToolButton::toggled, this,
+          [this](bool on) { editor_.Video().ShowEndFrame(on); });
   connect(play_, &QToolButton::clicked, this, [run] { run(CommandId::kPlay); });
   connect(loop_, &QToolButton::clicked, this, [run] { run(CommandId::kPlayLoop); });
   connect(audio_, &QComboBox::currentIndexChanged, this,
-          [this](int entry) { editor_.ChooseAudio(entry); });
+          [this](int entry) { editor_.Video().ChooseAudio(entry); });
 }
 
 void VideoPanel::Show(const VideoView& video, bool busy) {

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "disc/playing_editor.h"
+#include "editor/audio_choices.h"
 #include "editor/unit_frame.h"
 #include "support/disc_copy.h"
 
@@ -107,7 +108,7 @@ TEST_F(EditorPlaybackTest, MovingOnAndWritingEndIt) {
   EXPECT_FALSE(Now().video.playing);
   editor_->WaitForFrame();
   EXPECT_TRUE(isFrameOfCurrent());
-  (*editor_)->StepFrame(1);
+  (*editor_)->Video().Step(1);
   editor_->WaitForFrame();
   EXPECT_FALSE(isFrameOfCurrent());
   (*editor_)->Run(CommandId::kPlay);
