@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <string_view>
 
 namespace quillomar {
@@ -110,7 +111,7 @@ GlyphPlace PlaceOf(const PixelBox& box, const LineMetrics& metrics) {
 
 void CharacterWidths::Add(char32_t ch, double width) {
   std::vector<int>& met = hundredths_[ch];
-  const int hundredths = static_cast<int>(width * 100 + 0.5);
+  const int hundredths = static_cast<int>(std::lround(width * 100));
   met.insert(std::upper_bound(met.begin(), met.end(), hundredths), hundredths);
 }
 

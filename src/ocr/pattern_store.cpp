@@ -21,12 +21,16 @@ constexpr int kLeastDepthDifference = 2;
 
 using Row = std::vector<std::uint64_t>;
 
+std::size_t Index(int number) {
+  return static_cast<std::size_t>(number);
+}
+
 // A row of the pattern, moved to the right by `shift` (0 or 1) and widened to `words`.
 void ReadRow(const GlyphPattern& pattern, int row, int shift, Row& out) {
   std::fill(out.begin(), out.end(), 0);
   std::uint64_t carry = 0;
   for (int i = 0; i < pattern.wordsInRow; ++i) {
-    const std::uint64_t word = pattern.bits[static_cast<std::size_t>(row * pattern.wordsInRow + i)];
+    const std::uint64_t word = pattern.bits[Index(row) * Index(pattern.wordsInRow) + Index(i)];
     out[static_cast<std::size_t>(i)] = word << static_cast<unsigned>(shift) | carry;
     carry = shift == 0 ? 0 : word >> 63U;
   }
@@ -124,13 +128,13 @@ std::optional<int> Difference(const GlyphPattern& a, const GlyphPattern& b) {
 }  // namespace
 
 bool GlyphPattern::Has(int x, int y) const {
-  const std::uint64_t word = bits[static_cast<std::size_t>(y * wordsInRow + x / kWordBits)];
+  const std::uint64_t word = bits[Index(y) * Index(wordsInRow) + Index(x / kWordBits)];
   return (word >> static_cast<unsigned>(x % kWordBits) & 1U) != 0;
 }
 
 void GlyphPattern::Set(int x, int y) {
   if (Has(x, y)) return;
-  std::uint64_t& word = bits[static_cast<std::size_t>(y * wordsInRow + x / kWordBits)];
+  std::uint64_t& word = bits[Index(y) * Index(wordsInRow) + Index(x / kWordBits)];
   word |= std::uint64_t{1} << static_cast<unsigned>(x % kWordBits);
   ++pixels;
 }
@@ -141,7 +145,7 @@ GlyphPattern PatternOf(const Glyph& glyph, const LineMetrics& metrics) {
   pattern.width = box.Width();
   pattern.height = box.Height();
   pattern.wordsInRow = (pattern.width + kWordBits - 1) / kWordBits;
-  pattern.bits.resize(static_cast<std::size_t>(pattern.wordsInRow * pattern.height));
+  pattern.bits.resize(Index(pattern.wordsInRow) * Index(pattern.height));
   pattern.depth = box.y1 - metrics.baseline;
   pattern.xHeight = metrics.xHeight;
   for (const Component& component : glyph.components) {
