@@ -47,6 +47,7 @@ void Editor::AttachIfo(const std::string& path) {
   const auto& cluts = document_.Cells().cluts;
   if (cluts.size() > 1) {
     std::vector<std::string> items;
+    items.reserve(cluts.size());
     for (const ClutRecord& clut : cluts) items.push_back(Format("PGC %d", clut.pgc));
     document_.UseClut(frontEnd_.ChooseItem("Colors of which program chain?", items).value_or(0));
   }
