@@ -61,10 +61,10 @@ Result Compact(SubpictureUnit& unit, std::span<const int> headerLengths,
   // an earlier decode found may be from before an edit.
   state.decoded = false;
   if (Failed(ParseControlSequences(unit, 0, state.dcsqtOffset, context))) return Result::kFailed;
-  const bool decoded = !Failed(DecodeBitmap(unit, context));
-  if (decoded) SwapFields(state);
+  const bool movable = !Failed(DecodeBitmap(unit, context)) && !CodesBeginInHeader(state);
+  if (movable) SwapFields(state);
 
-  const int removable = decoded && !HasOtherBitmap(state) ? state.spareRoom : 0;
+  const int removable = movable && !HasOtherBitmap(state) ? state.spareRoom : 0;
   const int filler = FillerBytes(headerLengths, state.TotalSize() - removable);
   const int capacity =
       std::accumulate(headerLengths.begin(), headerLengths.end(), 0,

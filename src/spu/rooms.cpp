@@ -103,6 +103,10 @@ bool HasOtherBitmap(const SpuState& state) {
   });
 }
 
+bool CodesBeginInHeader(const SpuState& state) {
+  return std::min(state.topOffset, state.bottomOffset) < kSpuHeaderSize;
+}
+
 Result ShiftControlSequences(SubpictureUnit& unit, int bytes) {
   SpuState& state = unit.state;
   if (!CanShift(state, bytes)) return Result::kFailed;

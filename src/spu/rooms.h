@@ -32,4 +32,8 @@ Result MakeRoom(SubpictureUnit& unit, int bytes, const SpuContext& context);
 // be spare room.
 [[nodiscard]] bool HasOtherBitmap(const SpuState& state);
 
+// True for a damaged unit whose sizes, in its header, are part of its picture: its codes can't be
+// moved, and another size changes them.
+[[nodiscard]] bool CodesBeginInHeader(const SpuState& state);
+
 }  // namespace quillomar

@@ -89,12 +89,6 @@ VideoStandard StandardOf(const SupUnits& units) {
   return taller ? VideoStandard::kPal : VideoStandard::kNtsc;
 }
 
-// Damaged units have them: the sizes in the header are part of the picture, which another size
-// changes.
-bool CodesBeginInHeader(const SpuState& state) {
-  return std::min(state.topOffset, state.bottomOffset) < kSpuHeaderSize;
-}
-
 // The unit's bytes without its spare room; nothing when they cannot be read again.
 std::optional<Bytes> CompactedBytes(const SubpictureUnit& unit, const SpuContext& context) {
   SubpictureUnit copy;
