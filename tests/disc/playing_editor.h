@@ -36,17 +36,34 @@ class PlayingEditor final : private VideoHost {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (condition() && std::chrono::steady_clock::now() < deadline) Pump();
     look_ = nullptr;
+    EXPECT_LT(std::chrono::steady_clock::now(), deadline) << "waited for a minute, in vain";
   }
   // Until the picture asked for last has come.
   void WaitForFrame() {
     RunWhile([this] { return !editor_.CurrentView().video.settled; }, [] {});
   }
 
-  FakeClock clock;
-  RecordingOutput sound{clock};
+  // Both channels of what was heard.
+  std::size_t SamplesHeard() const { return sound_.recorded.size(); }
+
   std::vector<std::string> errors;
 
  private:
+  // Time goes on when what was posted has been handled, so that no frame is passed over however
+  // slow the machine is; a tenth of a second at most, for one who has posted may be waited for.
+  class PatientClock final : public FakeClock {
+   public:
+    explicit PatientClock(PlayingEditor& editor) : editor_(editor) {}
+    void Sleep(std::int64_t microseconds) override {
+      FakeClock::Sleep(microseconds);
+      for (int i = 0; i < 100 && editor_.Busy(); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      }
+    }
+
+   private:
+    PlayingEditor& editor_;
+  };
   class Front final : public CliFrontEnd {
    public:
     explicit Front(VideoHost& host) : host_(host) {}
@@ -56,6 +73,10 @@ class PlayingEditor final : private VideoHost {
     VideoHost& host_;
   };
 
+  bool Busy() {
+    const std::scoped_lock lock(mutex_);
+    return !posted_.empty();
+  }
   void Post(std::function<void()> action) override {
     const std::scoped_lock lock(mutex_);
     posted_.push_back(std::move(action));
@@ -78,9 +99,11 @@ class PlayingEditor final : private VideoHost {
   void VideoChanged() override {
     if (look_) look_();
   }
-  AudioOutput* Sound() override { return &sound; }
-  PlaybackClock* Clock() override { return &clock; }
+  AudioOutput* Sound() override { return &sound_; }
+  PlaybackClock* Clock() override { return &clock_; }
 
+  PatientClock clock_{*this};
+  RecordingOutput sound_{clock_};
   std::mutex mutex_;
   std::deque<std::function<void()>> posted_;
   std::function<void()> look_;

@@ -9,7 +9,7 @@
 namespace quillomar::test {
 
 // A clock that stands still but while somebody sleeps.
-class FakeClock final : public PlaybackClock {
+class FakeClock : public PlaybackClock {
  public:
   std::int64_t Now() override { return now_; }
   void Sleep(std::int64_t microseconds) override { now_ += microseconds; }
