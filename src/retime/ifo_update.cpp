@@ -140,11 +140,10 @@ Result UpdateIfo(IfoFile& ifo, const StartLists& starts, WriteTransaction& trans
     PatchTimeMaps(ifo, starts, reporter);
     result = ifo.Write(transaction);
   }
-  if (!Failed(result)) return result;
-  reporter.ReportError(Format("Couldn't update %s or its backup\n", ifo.Path().c_str()));
-  // What is in memory must be what is on the disc.
-  (void)ifo.Load(ifo.Path());
-  return Result::kFailed;
+  if (Failed(result)) {
+    reporter.ReportError(Format("Couldn't update %s or its backup\n", ifo.Path().c_str()));
+  }
+  return result;
 }
 
 }  // namespace quillomar

@@ -29,7 +29,7 @@ struct MappedSector {
 
 // Brings the IFO of a title set in line with moved VOBUs: cells, VOBU address map, cell address
 // table and time maps, then writes it with its backup. Leaves it untouched where no VOBU has moved.
-// Fails when it could not be written.
+// Fails when it could not be written; the image in memory is then changed all the same.
 Result UpdateIfo(IfoFile& ifo, const StartLists& starts, WriteTransaction& transaction,
                  Reporter& reporter);
 
