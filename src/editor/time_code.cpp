@@ -1,5 +1,7 @@
 #include "editor/time_code.h"
 
+#include <algorithm>
+
 #include "base/format.h"
 
 namespace quillomar {
@@ -7,8 +9,11 @@ namespace {
 
 constexpr int kSecondsPerHour = 3600;
 constexpr int kSecondsPerMinute = 60;
+constexpr double kLongestSeconds = 1.0e9;
 
 std::string FormatTime(double seconds) {
+  // A damaged disc can claim more than a number of seconds holds.
+  seconds = std::clamp(seconds, -kLongestSeconds, kLongestSeconds);
   const int whole = static_cast<int>(seconds);
   const int milliseconds = static_cast<int>((seconds - whole) * 1000);
   return Format("%02d:%02d:%02d,%03d", whole / kSecondsPerHour,
