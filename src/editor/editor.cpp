@@ -124,10 +124,12 @@ void Editor::UpdateView() {
     selectedText_.reset();
   }
   document_.History().Close();
-  // The list of streams rests while video plays.
+  // The list of streams rests while video plays and where no program chain tells about them.
   std::vector<std::string> streams = std::move(view_.streams);
   view_ = BuildView(document_, selection_, session_.preferences, look_);
-  if (video_.Playing()) view_.streams = std::move(streams);
+  const bool known = current && document_.Cells().Find(current->vcid) != nullptr;
+  const bool asMany = streams.size() == view_.streams.size();
+  if (video_.Playing() || (!known && asMany)) view_.streams = std::move(streams);
   view_.canEdit = view_.hasUnit && !busy_;
   if (!busy_) view_.aspect = document_.Results().aspect;
   view_.place.flush = last_.flushToBorder;

@@ -51,8 +51,10 @@ TEST_F(WindowTest, FiltersNarrowTheList) {
   EXPECT_LT(Shown().count, all);
   Press("previousStream");
   EXPECT_EQ(Shown().count, all);
+  const auto streams = Shown().streams;
   Press("modifiedOnly");
   EXPECT_EQ(Shown().count, 0);
+  EXPECT_EQ(Shown().streams, streams) << "nothing tells what they are";
   EXPECT_EQ(Shown().video.frame, nullptr);
   EXPECT_FALSE(IsEnabled("subpictureSlider"));
   Press("modifiedOnly");
