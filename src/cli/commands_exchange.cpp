@@ -46,9 +46,12 @@ int RunExportPpm(const CliCall& call) {
   const UnitPointer unit = OnlyUnit(call);
   if (!unit) return kCliRefused;
   const PpmScale scale{call.options.scaleX, call.options.scaleY};
-  return Written(
-      call, ExportPpm(Document::Unrecorded(unit), call.options.outPath, scale,
-                      ColoursFor(call, *unit), call.session.files, call.editor.Doc().Context()));
+  // It never comes back, so its colours need not tell the pixel types apart.
+  const ClutRecord* const clut =
+      call.options.automaticPalette ? nullptr : ClutOfUnit(call.editor.Doc(), *unit);
+  const TypeColours shown = MakeDisplayPalette(*unit, clut, call.session.preferences).colours;
+  return Written(call, ExportPpm(Document::Unrecorded(unit), call.options.outPath, scale, shown,
+                                 call.session.files, call.editor.Doc().Context()));
 }
 
 int RunImportBmp(const CliCall& call) {

@@ -66,12 +66,18 @@ void Editor::SavePpm() {
 
 void Editor::SaveBitmapAs(const std::string& path, int type) {
   SubpictureUnit& unit = Document::Unrecorded(selection_.Current());
-  const TypeColours colours = ExchangeColoursOfCurrent().colours;
   const SpuContext context = document_.Context();
-  const BmpDepth depth = type == kSave4Bit ? BmpDepth::k4Bit : BmpDepth::k24Bit;
-  const Result saved = type == kSavePpm
-                           ? ExportPpm(unit, path, {}, colours, session_.files, context)
-                           : ExportBmp(unit, path, depth, colours, session_.files, context);
+  Result saved = Result::kFailed;
+  if (type == kSavePpm) {
+    // It never comes back, so its colours need not tell the pixel types apart.
+    const ClutRecord* const clut = look_.automaticClut ? nullptr : ClutOfUnit(document_, unit);
+    const TypeColours shown = MakeDisplayPalette(unit, clut, session_.preferences).colours;
+    saved = ExportPpm(unit, path, {}, shown, session_.files, context);
+  } else {
+    const BmpDepth depth = type == kSave4Bit ? BmpDepth::k4Bit : BmpDepth::k24Bit;
+    saved =
+        ExportBmp(unit, path, depth, ExchangeColoursOfCurrent().colours, session_.files, context);
+  }
   if (Failed(saved)) session_.reporter.ReportError(kSaveFailed);
 }
 

@@ -67,6 +67,9 @@ TEST_F(ExchangeTest, BitmapsAreSavedTakenBackAndEditedWithATool) {
   Settings().warnOnBitmapImport = 0;
   TheEditor().GoTo(kShort);
   EXPECT_EQ(SavedAs("short.ppm", 2), "P6");
+  const Bytes ppm = FileBytes(disc_->Path("short.ppm"));
+  const Rgb corner = Shown().swatches[kBackground].colour;
+  EXPECT_EQ(Rgb({ppm.end()[-3], ppm.end()[-2], ppm.end()[-1]}), corner) << "as it is shown";
   EXPECT_EQ(Settings().bitmapSaveType, 2);
   EXPECT_EQ(SavedAs("short.bmp", 1), "BM");
   EXPECT_TRUE(dialogs_.requests.back().forSaving);
