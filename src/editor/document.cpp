@@ -115,6 +115,11 @@ OwnedUnits Document::OwnedOf(const UnitList& units) {
 }
 
 GatherResult Document::TakePack(SectorView pack, const PackContext& context) {
+  {
+    // A stream is there as soon as it has packs, even if no unit can be made of them.
+    const std::lock_guard lock(mutex_);
+    highestStream_ = std::max(highestStream_, context.stream);
+  }
   auto& gatherer = gatherers_.at(static_cast<std::size_t>(context.stream));
   if (!gatherer) gatherer = std::make_unique<SpuGatherer>(set_);
   return gatherer->GatherPack(pack, context, Context());
@@ -130,7 +135,6 @@ bool Document::CompleteUnit(int stream, std::int64_t timeOffset) {
   unit->numberInStream = ++streamCounts_.at(static_cast<std::size_t>(stream));
   const std::lock_guard lock(mutex_);
   unit->number = static_cast<int>(units_.size()) + 1;
-  highestStream_ = std::max(highestStream_, stream);
   units_.push_back(std::move(unit));
   return true;
 }

@@ -165,6 +165,12 @@ Disc WithPacks(const author::SubpictureSpec& packs) {
   return disc;
 }
 
+Disc OfStream(int stream, const Bytes& unit) {
+  Disc disc = With(unit);
+  disc.packs.stream = stream;
+  return disc;
+}
+
 Disc WithClock(std::uint64_t start, std::uint64_t restart) {
   Disc disc = With(author::BuildSpu(Plain()));
   disc.start = start;
@@ -273,6 +279,7 @@ const std::vector<Trap>& Traps() {
       {"SequencesNeverEnd",
        With(WithNext(GetShort(author::BuildSpu(Plain()), kSpuDcsqtOffset) + 1)), 2, kUnparsed},
       {"NextPastTheEnd", With(WithNext(60'000)), 2, kUnparsed},
+      {"NoUnitOfAStreamParses", OfStream(2, WithNext(4)), 2, kUnparsed, false, "0x22 (  )"},
       {"CommandCutOff",
        With(CutTo(CommandIn(author::BuildSpu(Endless()), kSetDisplayArea) + 3, Endless())), 3, ""},
       {"FourBytes", With(CutTo(4)), 2, kNoCommands},
