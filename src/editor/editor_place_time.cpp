@@ -29,7 +29,8 @@ void Editor::SetBorder(int lines) {
 }
 
 void Editor::ChooseBorderPreset(int preset) {
-  SetBorder(BorderHeight(session_.preferences, preset, !IsPal(document_.Standard())));
+  SetBorder(
+      BorderHeight(session_.preferences, preset, document_.Standard() == VideoStandard::kNtsc));
 }
 
 void Editor::FlushToBorder(bool on) {

@@ -14,7 +14,8 @@ namespace {
 std::optional<int> MatchPreset(int border, const Preferences& preferences, VideoStandard standard) {
   if (border == 0) return 0;
   for (const int preset : {3, 2, 1, 4, 5}) {
-    if (BorderHeight(preferences, preset, !IsPal(standard)) == border) return preset;
+    if (BorderHeight(preferences, preset, standard == VideoStandard::kNtsc) == border)
+      return preset;
   }
   return std::nullopt;
 }
