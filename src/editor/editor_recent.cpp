@@ -49,6 +49,8 @@ std::optional<std::size_t> Editor::ChooseFastOpen() {
 }
 
 void Editor::LoadRecent(std::size_t entry) {
+  // Of the scan that this takes the place of.
+  session_.reporter.CloseLog();
   const std::string firstPath = recent_.Entries().at(entry).firstPath;
   const bool promoted = !Failed(recent_.Promote(entry));
   NoteRecentFiles();
