@@ -20,7 +20,7 @@ std::string FolderOf(const std::string& path) {
   return SplitPath(path).folder;
 }
 
-// Title set and folder decide whether dropped files belong together.
+// Whether dropped files belong together.
 bool SameTitleSet(const std::vector<std::string>& paths) {
   const auto number = [](const std::string& path) {
     return ParseVobTitle(SplitPath(path).title).titleSet.value_or(0);

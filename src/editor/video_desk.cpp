@@ -157,7 +157,7 @@ double VideoDesk::PlaybackRate() const {
   const int index = editor_.session.preferences.frameDownSampling;
   const auto properties = control_.Properties();
   const double rate = properties ? properties->frameRate : editor_.document.Results().frameRate;
-  return index > 0 ? rate / (index + 1) : 0;
+  return index > 0 ? rate / (index + 1.0) : 0;
 }
 
 // The stream chosen, else that of the current unit.
