@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <clocale>
 #include <vector>
 
 #include "app/program.h"
@@ -23,6 +24,8 @@ int main(int argc, char** argv) {
   PrepareEnvironment();
   const std::string firstArgument = argc > 0 ? argv[0] : "";
   const QApplication application(argc, argv);
+  // It has taken over the user's locale; the program's texts have a decimal point in every one.
+  std::setlocale(LC_NUMERIC, "C");
   QApplication::setWindowIcon(ProgramIcon());
 
   const auto files = MakeDiskFileSystem();
