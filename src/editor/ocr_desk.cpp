@@ -25,8 +25,9 @@ bool OcrDesk::Ready() {
 
 OcrTools OcrDesk::Tools(const SpuContext& context) {
   const Preferences& preferences = session_.preferences;
-  const EngineSettings settings{preferences.ocrItalics != 0,
-                                preferences.ocrSpaceSelect * kColumnsPerSpacing};
+  const EngineSettings settings{
+      preferences.ocrItalics != 0,
+      std::clamp(preferences.ocrSpaceSelect, 0, kPictureWidth) * kColumnsPerSpacing};
   return {*engine_, settings, session_.rememberedTextType,
           [this](const SubpictureUnit& unit) { return LanguageOf(unit); }, context};
 }
