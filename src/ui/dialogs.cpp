@@ -23,9 +23,23 @@ std::vector<std::string> ToPaths(const QStringList& names) {
   return paths;
 }
 
+using Buttons = QMessageBox::StandardButtons;
+
+// Returns the button that was pressed. The text is shown as it stands: a name of a file in it may
+// look like markup.
+int ShowBox(QWidget* owner, QMessageBox::Icon icon, const std::string& text,
+            Buttons buttons = QMessageBox::Ok,
+            QMessageBox::StandardButton ofReturn = QMessageBox::Ok) {
+  QMessageBox box(icon, kProgram, {}, buttons, owner);
+  box.setTextFormat(Qt::PlainText);
+  box.setText(QString::fromStdString(text));
+  box.setDefaultButton(ofReturn);
+  return box.exec();
+}
+
 bool Ask(QWidget* owner, const std::string& question, QMessageBox::StandardButton ofReturn) {
-  return QMessageBox::question(owner, kProgram, QString::fromStdString(question),
-                               QMessageBox::Yes | QMessageBox::No, ofReturn) == QMessageBox::Yes;
+  const Buttons buttons = QMessageBox::Yes | QMessageBox::No;
+  return ShowBox(owner, QMessageBox::Question, question, buttons, ofReturn) == QMessageBox::Yes;
 }
 
 // An existing file is asked about; a name without an extension gets that of the chosen type.
@@ -46,13 +60,11 @@ QWidget* QtDialogs::Owner() const {
 }
 
 int QtDialogs::ShowError(const std::string& text) {
-  return QMessageBox::critical(Owner(), kProgram, QString::fromStdString(text));
+  return ShowBox(Owner(), QMessageBox::Critical, text);
 }
 
 void QtDialogs::ShowMessage(const std::string& text) {
-  QMessageBox box(QMessageBox::NoIcon, kProgram, QString::fromStdString(text), QMessageBox::Ok,
-                  Owner());
-  box.exec();
+  ShowBox(Owner(), QMessageBox::NoIcon, text);
 }
 
 bool QtDialogs::AskYesNo(const std::string& question) {
@@ -64,9 +76,8 @@ bool QtDialogs::AskRecommended(const std::string& question) {
 }
 
 bool QtDialogs::AskOkCancel(const std::string& question) {
-  return QMessageBox::warning(Owner(), kProgram, QString::fromStdString(question),
-                              QMessageBox::Ok | QMessageBox::Cancel,
-                              QMessageBox::Ok) == QMessageBox::Ok;
+  const Buttons buttons = QMessageBox::Ok | QMessageBox::Cancel;
+  return ShowBox(Owner(), QMessageBox::Warning, question, buttons) == QMessageBox::Ok;
 }
 
 void QtDialogs::ShowAbout() {

@@ -28,6 +28,7 @@ ProgressWindow::ProgressWindow(QWidget* parent)
   label_->setObjectName("progressLabel");
   status_->setObjectName("progressStatus");
   timeLeft_->setObjectName("progressTimeLeft");
+  status_->setTextFormat(Qt::PlainText);
   status_->setWordWrap(true);
   status_->setMinimumHeight(2 * status_->fontMetrics().lineSpacing());
   status_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
