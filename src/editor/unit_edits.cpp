@@ -4,7 +4,6 @@
 #include "spu/colour_edit.h"
 #include "spu/duration.h"
 #include "spu/fade.h"
-#include "spu/parse.h"
 #include "spu/position.h"
 #include "spu/run_length.h"
 #include "spu/visibility.h"
@@ -121,7 +120,7 @@ class EditRun {
 
   std::string Duration() {
     if (!edits_.durationMs) return {};
-    if (DurationMs(unit_, context_.standard) < 0) {
+    if (!HasTimedStop(unit_)) {
       const bool may = !edits_.inBatch && context_.reporter.AskYesNo(kAskForStop);
       if (!may) return "it has no STOP command";
       if (Failed(AddStopCommand(unit_, context_))) return "it has no room for a STOP command";

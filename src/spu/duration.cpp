@@ -67,6 +67,10 @@ Result RemoveStopCommand(SubpictureUnit& unit, const SpuContext& context) {
   return ending ? RemoveControlSequence(unit, *ending, context) : Result::kDone;
 }
 
+bool HasTimedStop(const SubpictureUnit& unit) {
+  return EndingSequence(unit).has_value();
+}
+
 std::optional<DelayLimits> DelayRange(const SubpictureUnit& unit, int index,
                                       std::optional<std::uint32_t> nextPts,
                                       VideoStandard standard) {

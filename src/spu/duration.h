@@ -17,6 +17,10 @@ Result AddStopCommand(SubpictureUnit& unit, const SpuContext& context);
 // sequence.
 Result RemoveStopCommand(SubpictureUnit& unit, const SpuContext& context);
 
+// True when the display ends with a stop. A last sequence without one, as of a fade, ends nothing:
+// its delay is no duration.
+[[nodiscard]] bool HasTimedStop(const SubpictureUnit& unit);
+
 // Delays in ms that a sequence may be given.
 struct DelayLimits {
   int smallest = 0;

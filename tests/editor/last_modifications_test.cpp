@@ -108,16 +108,22 @@ TEST_F(LastModificationsTest, UnitWithoutTheSequenceStaysAsItIs) {
 }
 
 TEST_F(LastModificationsTest, RefusedEditLeavesTheOthersAndAsksNothing) {
-  auto description = author::Subtitle({"0110", "0220"}, 100, 400, 88);
-  description.sequences.resize(1);
-  SubpictureUnit unit = author::MakeUnit(author::BuildSpu(description));
-  ASSERT_FALSE(Failed(ParseControlSequences(unit, 0, 0, context)));
   last.fade = 1;
   last.duration = 3000;
   last.startCommand = 1;
-  EXPECT_FALSE(Failed(ApplyModifications(unit, last, ChoicesOf(last), preferences, context)));
-  EXPECT_TRUE(IsForced(unit));
-  EXPECT_EQ(unit.state.sequences.size(), 1U);
+  // Without a second sequence, and with one that ends nothing.
+  for (const std::size_t sequences : {1U, 2U}) {
+    auto description = author::Subtitle({"0110", "0220"}, 100, 400, 88);
+    description.sequences[1].commands = {author::ContrastCommand({0, 15, 15, 15})};
+    description.sequences.resize(sequences);
+    SubpictureUnit unit = author::MakeUnit(author::BuildSpu(description));
+    ASSERT_FALSE(Failed(ParseControlSequences(unit, 0, 0, context)));
+    const int shown = DurationMs(unit, context.standard);
+    EXPECT_FALSE(Failed(ApplyModifications(unit, last, ChoicesOf(last), preferences, context)));
+    EXPECT_TRUE(IsForced(unit));
+    EXPECT_EQ(unit.state.sequences.size(), sequences);
+    EXPECT_EQ(DurationMs(unit, context.standard), shown);
+  }
   EXPECT_TRUE(messages.questions.empty());
   EXPECT_TRUE(messages.errors.empty());
 }
