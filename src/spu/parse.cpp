@@ -165,7 +165,8 @@ Result ParseControlSequences(SubpictureUnit& unit, int index, std::uint16_t offs
     state.sequences.clear();
     state.colconTables.clear();
     state.dcsqtOffset = GetShort(state.bytes, kSpuDcsqtOffset);
-    offset = state.dcsqtOffset;
+    // One that is known to lie outside is reported as it is.
+    if (offset < state.bytes.size()) offset = state.dcsqtOffset;
   }
   return ChainParser(unit, context).ParseChain(offset);
 }

@@ -9,10 +9,10 @@ namespace quillomar {
 
 // Parses the chain of control sequences from the unit's bytes into its state: sequences,
 // change-colour tables, display area, field offsets, sizes. `index` 0 starts anew at the header's
-// offset (the argument is ignored); with another index the chain goes on at `offset`. A last
-// command that is cut off by the unit's end is left out. Fails on an offset outside the unit, on a
-// chain that turns back or overlaps itself and on an unknown command, each with its message; what
-// was parsed before stays.
+// offset (an argument inside the unit is ignored); with another index the chain goes on at
+// `offset`. A last command that is cut off by the unit's end is left out. Fails on an offset
+// outside the unit, on a chain that turns back or overlaps itself and on an unknown command, each
+// with its message; what was parsed before stays.
 Result ParseControlSequences(SubpictureUnit& unit, int index, std::uint16_t offset,
                              const SpuContext& context);
 

@@ -79,17 +79,19 @@ TEST(Gather, DropsWhatIsNoUnit) {
       "Inconsistent data in subpic at LBA 1. Offset to commands past end of SPU";
   struct Case {
     std::vector<Sector> packs;
-    std::string error;
-    bool logged;
+    std::string error, log;
   };
+  const std::string noTime = "Len is zero or there's no PTS at LBA 1!";
   for (const Case& each :
-       {Case{noHeader, replaced, true}, Case{noStamp, replaced, true}, Case{cut, outside, false},
-        Case{MakeSubpicturePacks(pastEnd, {}), outside, false}}) {
+       {Case{noHeader, replaced, noTime}, Case{noStamp, replaced, noTime}, Case{cut, outside, ""},
+        Case{MakeSubpicturePacks(pastEnd, {}), outside,
+             "Error in Parse Command at LBA 1: Offset to DCSQT 65535"}}) {
     PackDisc disc(each.packs);
     SpuGatherer gatherer(disc.set);
     EXPECT_EQ(disc.Gather(gatherer), Answers{kDropped});
     EXPECT_EQ(disc.messages.errors.at(0), each.error);
-    EXPECT_EQ(disc.messages.Logged("Len is zero or there's no PTS at LBA 1!"), each.logged);
+    EXPECT_EQ(disc.messages.LogLines(),
+              std::vector<std::string>(each.log.empty() ? 0 : 1, each.log));
   }
 }
 
