@@ -140,14 +140,16 @@ std::optional<IniText> LoadIni(FileSystem& files, const std::string& path) {
 Result StoreIni(FileSystem& files, const std::string& path, const IniText& ini) {
   // A rename would replace a write-protected file all the same.
   if (files.Exists(path) && !files.Open(path, OpenMode::kReadWrite)) return Result::kFailed;
-  const std::string newPath = path + ".new";
+  // And it would replace a link instead of the file that the user keeps elsewhere.
+  const std::string target = files.Canonical(path);
+  const std::string newPath = target + ".new";
   std::unique_ptr<File> file = files.Open(newPath, OpenMode::kCreate);
   if (!file) return Result::kFailed;
   const std::string text = ini.Text();
   const ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
   const bool written = !Failed(file->WriteAt(0, bytes)) && !Failed(file->Sync());
   file.reset();
-  if (written && !Failed(files.Rename(newPath, path))) return Result::kDone;
+  if (written && !Failed(files.Rename(newPath, target))) return Result::kDone;
   static_cast<void>(files.Remove(newPath));
   return Result::kFailed;
 }

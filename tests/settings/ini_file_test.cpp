@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "base/platform.h"
 #include "support/memory_files.h"
 
 namespace quillomar {
@@ -59,6 +62,18 @@ TEST(StoreIni, KeepsTheOldFileUntilTheNewOneIsWhole) {
   }
   files.Put("/s.ini", Bytes((1 << 20) + 1, 'x'));
   EXPECT_FALSE(LoadIni(files, "/s.ini"));
+}
+
+TEST(StoreIni, FollowsALinkToAFileKeptElsewhere) {
+  const auto disk = MakeDiskFileSystem();
+  const std::string kept = testing::TempDir() + "/kept.ini";
+  const std::string link = testing::TempDir() + "/link.ini";
+  std::filesystem::remove(link);
+  ASSERT_NE(disk->Open(kept, OpenMode::kCreate), nullptr);
+  std::filesystem::create_symlink(kept, link);
+  EXPECT_EQ(StoreIni(*disk, link, IniText("[a]\nk=1\n")), Result::kDone);
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_EQ(LoadIni(*disk, kept)->Get("a", "k"), "1");
 }
 
 }  // namespace
