@@ -30,6 +30,15 @@ bool SameTitleSet(const std::vector<std::string>& paths) {
   });
 }
 
+// The first file that cannot be written; the first of all where only a lock or a choice of the user
+// forbids it.
+std::string ReadOnlyPath(const Document& document, FileSystem& files) {
+  const std::vector<std::string> paths = document.OpenedPaths();
+  const auto found = std::find_if(paths.begin(), paths.end(),
+                                  [&](const std::string& path) { return !files.MayWrite(path); });
+  return found == paths.end() ? document.Path() : *found;
+}
+
 }  // namespace
 
 bool Editor::MayClose() {
@@ -155,7 +164,7 @@ void Editor::StartScan(bool mayBeFast) {
 
 void Editor::SaveAll() {
   if (!document_.CanSave()) {
-    session_.reporter.ReportReadOnly(document_.Path());
+    session_.reporter.ReportReadOnly(ReadOnlyPath(document_, session_.files));
     return;
   }
   if (!session_.reporter.AskOkCancel(
