@@ -176,11 +176,13 @@ const char* NameOf(const UnitEdits& edits) {
 Result ApplyEdits(SubpictureUnit& unit, const UnitEdits& edits, const Preferences& preferences,
                   const SpuContext& context, std::string& refusal) {
   const SpuState before = unit.state;
+  const int boxes = unit.charBoxCount;
   const int shown = unit.currentSequence;
   const bool all = unit.allSequences;
   refusal = EditRun(unit, edits, preferences, context).Run();
   if (!refusal.empty()) {
     unit.state = before;
+    unit.charBoxCount = boxes;
     unit.ReleasePixels();
   }
   unit.allSequences = all;

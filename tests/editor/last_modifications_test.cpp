@@ -91,11 +91,14 @@ TEST_F(LastModificationsTest, UnitWithoutTheSequenceStaysAsItIs) {
   last.fade = 1;
   ApplyAllChoices choices;
   choices.colour = choices.startCommand = choices.durations = choices.verticalPosition = true;
+  choices.crop = true;
   choices.durationMs = 3000;
   SubpictureUnit unit = Unit(2000);
+  unit.charBoxCount = 3;
   const SpuState before = unit.state;
   EXPECT_TRUE(Failed(ApplyModifications(unit, last, choices, preferences, context)));
   EXPECT_EQ(unit.state, before);
+  EXPECT_EQ(unit.charBoxCount, 3);
 
   // A fade comes first and brings sequences of its own.
   choices.fade = true;
