@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
@@ -109,6 +110,8 @@ MainWindow::MainWindow(Editor& editor, QtFrontEnd& frontEnd)
   layout->addWidget(sides, 1);
   layout->addWidget(MakeEditStrip());
   setCentralWidget(centre);
+  // Files are dropped on the window, wherever on it.
+  for (QLineEdit* const box : centre->findChildren<QLineEdit*>()) box->setAcceptDrops(false);
   OrderParts();
   MakeStatusBar();
   new FocusMark(this);
