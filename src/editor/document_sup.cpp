@@ -21,25 +21,26 @@ Result Document::OpenSup(const std::string& path) {
 }
 
 Result Document::AttachIfo(const std::string& path) {
-  if (Failed(ifo_.Load(path))) {
-    session_.reporter.ReportError(Format("Couldn't read %s", path.c_str()));
+  const std::string before = ifo_.Loaded() ? ifo_.Path() : "";
+  const auto refuse = [&](const std::string& text) {
+    session_.reporter.ReportError(text);
+    ifo_.Close();
+    if (!before.empty()) (void)ifo_.Load(before);
     return Result::kFailed;
-  }
-  history_.Clear();
-  cells_ = {};
+  };
+  if (Failed(ifo_.Load(path))) return refuse("Couldn't read " + path);
+  CellMap cells;
   const int chains = ifo_.ProgramChains(0);
   for (int pgc = 1; pgc <= chains; ++pgc) {
     const auto clut = ifo_.Clut(0, pgc);
-    if (clut) cells_.cluts.push_back({*clut, *clut, 0, pgc});
+    if (clut) cells.cluts.push_back({*clut, *clut, 0, pgc});
   }
-  if (!cells_.cluts.empty()) {
-    NoteStamps();
-    UseClut(0);
-    return Result::kDone;
-  }
-  session_.reporter.ReportError(Format("%s holds no colors", path.c_str()));
-  ifo_.Close();
-  return Result::kFailed;
+  if (cells.cluts.empty()) return refuse(path + " holds no colors");
+  history_.Clear();
+  cells_ = std::move(cells);
+  NoteStamps();
+  UseClut(0);
+  return Result::kDone;
 }
 
 void Document::UseClut(int index) {

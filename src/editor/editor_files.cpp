@@ -151,6 +151,7 @@ void Editor::StartScan(bool mayBeFast) {
   document_.Prepare();
   video_.Open();
   if (const auto known = mayBeFast ? ChooseFastOpen() : std::nullopt) {
+    CloseFiles();
     LoadRecent(*known);
     return;
   }

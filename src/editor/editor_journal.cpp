@@ -31,11 +31,15 @@ void Editor::RestoreLastSaved() {
     return;
   }
   const std::vector<std::string> paths = document_.OpenedPaths();
-  const std::string ifo = document_.InSupMode() ? document_.Ifo().Path() : "";
+  const bool hasIfo = document_.InSupMode() && document_.Ifo().Loaded();
+  const std::string ifo = hasIfo ? document_.Ifo().Path() : "";
   CloseFiles();
   (void)JournalsOf(session_).TakeBack(*saved);
+  const std::int32_t asks = session_.preferences.askForIfos;
+  if (hasIfo) session_.preferences.askForIfos = 0;  // it is known
   OpenFiles(paths, false);
-  if (!ifo.empty() && document_.InSupMode()) AttachIfo(ifo);
+  session_.preferences.askForIfos = asks;
+  if (hasIfo && document_.InSupMode()) AttachIfo(ifo);
 }
 
 }  // namespace quillomar

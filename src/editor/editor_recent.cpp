@@ -54,13 +54,14 @@ void Editor::LoadRecent(std::size_t entry) {
   const std::string firstPath = recent_.Entries().at(entry).firstPath;
   const bool promoted = !Failed(recent_.Promote(entry));
   NoteRecentFiles();
-  CloseFiles();
   auto cache = promoted ? ReadAnalysisCache(session_.files, recent_.EntryPath(0)) : std::nullopt;
   if (!cache) {
     session_.reporter.ReportError(Format(
         "%s has changed since it was analyzed.\nOpen it to scan it again.", firstPath.c_str()));
+    UpdateView();
     return;
   }
+  CloseFiles();
   for (const std::string& path : cache->paths) {
     if (!Failed(document_.AddFile(path))) continue;
     ReportUnopened(path);

@@ -118,13 +118,17 @@ TEST_F(ExchangeTest, AStreamIsSavedAsSupAndOpenedAgain) {
   Key(Qt::Key_J, Qt::ControlModifier);
   EXPECT_EQ(dialogs_.requests.back().folder, disc_->Path(""));
   EXPECT_EQ(Shown().picture.rgba, vob.picture.rgba);
+  dialogs_.files = {sup};
+  Key(Qt::Key_J, Qt::ControlModifier);
+  EXPECT_EQ(dialogs_.errors.size(), 2U);
+  EXPECT_TRUE(TheEditor().Doc().Ifo().Loaded()) << "the colors shown are still those of a file";
   Window().close();
   program_.reset();
 
   dialogs_.files.clear();
   Start({sup});
   EXPECT_EQ(Shown().count, vob.count);
-  EXPECT_EQ(dialogs_.errors.size(), 1U);
+  EXPECT_EQ(dialogs_.errors.size(), 2U);
 }
 
 TEST_F(ExchangeTest, ARightClickOnTheInformationSavesThatOfAll) {

@@ -144,6 +144,7 @@ TEST_F(RecentMenuTest, AnEntryOpensItsFilesWithoutAScan) {
   Entry(1).trigger();
   EXPECT_EQ(dialogs_.errors.size(), 1U);
   EXPECT_FALSE(Entry(1).isVisible());
+  EXPECT_EQ(Shown().count, count) << "what is open stays open";
 }
 
 }  // namespace
