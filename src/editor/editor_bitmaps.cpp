@@ -41,7 +41,9 @@ ExchangeColours Editor::ExchangeColoursOfCurrent() {
   return colours;
 }
 
+// Playback walks on through the list; what the user names a file for must stay the current unit.
 void Editor::SaveBitmap() {
+  if (video_.Playing()) PlayOrStop();
   int type = session_.preferences.bitmapSaveType;
   FileRequest request{"Save subpic as bitmap file", kSaveFilter, session_.preferences.lastPpmDir,
                       ProposedBitmapName()};
@@ -55,6 +57,7 @@ void Editor::SaveBitmap() {
 }
 
 void Editor::SavePpm() {
+  if (video_.Playing()) PlayOrStop();
   FileRequest request{"Save subpic as PPM file", "ppm Files (*.ppm)|*.ppm||",
                       session_.preferences.lastPpmDir, ProposedBitmapName()};
   request.forSaving = true;
@@ -82,6 +85,7 @@ void Editor::SaveBitmapAs(const std::string& path, int type) {
 }
 
 void Editor::ReplaceBitmap() {
+  if (video_.Playing()) PlayOrStop();
   const auto paths =
       frontEnd_.ChooseFiles({"Load replacement bitmap (.bmp) file", "bmp Files (*.bmp)|*.bmp||",
                              session_.preferences.lastPpmDir, ProposedBitmapName()});
@@ -102,9 +106,9 @@ void Editor::EditBitmap() {
     session_.reporter.ReportError(
         "You haven't indicated which tool to use to edit the subpic bitmap\n"
         "I will open the preference dialog to let you do that");
-    frontEnd_.ShowPreferences();
+    ShowPreferences();
   }
-  if (preferences.bitmapToolPath.empty()) return;
+  if (preferences.bitmapToolPath.empty() || !selection_.Current()) return;
   video_.Stop();
   const std::string path = JoinPath(EnvironmentVariable("TEMP").value_or(""), kTemporaryBitmap);
   const ExchangeColours colours = ExchangeColoursOfCurrent();

@@ -2,6 +2,7 @@
 
 #include "editor/editor.h"
 #include "settings/preferences.h"
+#include "spu/duration.h"
 
 namespace quillomar {
 
@@ -49,6 +50,9 @@ void Editor::HideCurrent() {
 }
 
 void Editor::SetDuration(int ms) {
+  // A unit without a stop is asked about, and playback would end the step meanwhile.
+  const UnitPointer unit = selection_.Current();
+  if (video_.Playing() && unit && !HasTimedStop(*unit)) PlayOrStop();
   EditCurrent({.durationMs = ms});
 }
 

@@ -97,11 +97,11 @@ void VideoDesk::WantFrame() {
 }
 
 void VideoDesk::SaveFrame() {
+  const FramePointer frame = ShownFrame();
   FileRequest request{"Save video frame as bitmap (.bmp) file", "bmp Files (*.bmp)|*.bmp||",
                       editor_.session.preferences.lastPpmDir, ""};
   request.forSaving = true;
   const auto paths = editor_.frontEnd.ChooseFiles(request);
-  const FramePointer frame = ShownFrame();
   if (paths.empty() || !frame) return;
   if (Failed(quillomar::SaveFrame(editor_.session.files, paths.front(), *frame))) {
     editor_.session.reporter.ReportError(Format("Couldn't write %s", paths.front().c_str()));

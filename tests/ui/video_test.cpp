@@ -79,6 +79,10 @@ TEST_F(VideoWindowTest, SpacePlaysAndStops) {
   Key(Qt::Key_Right);
   EXPECT_FALSE(Find<QAbstractButton>("loopButton").isChecked());
   EXPECT_EQ(Shown().index, 1);
+  Key(Qt::Key_Space);
+  EXPECT_TRUE(Shown().video.playing);
+  TheEditor().Run(CommandId::kReplaceBitmap);
+  EXPECT_FALSE(Shown().video.playing) << "another subpicture would get the bitmap";
 }
 
 // Turns all packs of a kind into padding, or only overwrites a few of them, and cuts the file.
