@@ -12,6 +12,8 @@ extern "C" {
 #include <memory>
 #include <stdexcept>
 
+#include "spu/position.h"
+
 namespace quillomar::test {
 namespace {
 
@@ -101,7 +103,31 @@ FfmpegSubtitle Convert(const AVSubtitle& subtitle, const AVPacket& packet, int s
   return result;
 }
 
+template <typename Alphas>
+Screen Draw(int x, int y, int width, std::span<const std::uint8_t> types, const Alphas& alphas,
+            int lines) {
+  Screen screen(static_cast<std::size_t>(lines), std::string(kPictureWidth, ' '));
+  for (int i = 0; i < std::ssize(types); ++i) {
+    const std::uint8_t type = types[static_cast<std::size_t>(i)];
+    const int line = y + i / width;
+    if (line >= lines || alphas.at(type) == 0) continue;
+    screen[static_cast<std::size_t>(line)].at(static_cast<std::size_t>(x + i % width)) =
+        static_cast<char>('0' + type);
+  }
+  return screen;
+}
+
 }  // namespace
+
+Screen ScreenOf(const FfmpegSubtitle& subtitle, int lines) {
+  return Draw(subtitle.x, subtitle.y, subtitle.width, subtitle.types, subtitle.alphas, lines);
+}
+
+Screen ScreenOf(const SubpictureUnit& unit, int lines) {
+  const SpuState& state = unit.state;
+  return Draw(state.area.sx, state.area.sy, state.width, ShownPixels(unit),
+              unit.currentAlphas.value_or(PixelTypeValues{}), lines);
+}
 
 std::vector<FfmpegSubtitle> ReadWithFfmpeg(const std::vector<std::string>& paths) {
   JoinedInput input(paths);

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "spu/subpicture_unit.h"
+
 namespace quillomar::test {
 
 // A subpicture as FFmpeg's demuxer and decoder read it.
@@ -27,5 +29,11 @@ std::vector<FfmpegSubtitle> ReadWithFfmpeg(const std::vector<std::string>& paths
 
 // One unit by its bytes; its stream and time are 0. Without width where nothing is to be seen.
 FfmpegSubtitle DecodeWithFfmpeg(std::span<const std::uint8_t> unit);
+
+// The upper lines of the frame: a digit for the type of a pixel that can be seen, else a blank.
+using Screen = std::vector<std::string>;
+Screen ScreenOf(const FfmpegSubtitle& subtitle, int lines);
+// What the program shows of a decoded unit in its selected control sequence.
+Screen ScreenOf(const SubpictureUnit& unit, int lines);
 
 }  // namespace quillomar::test

@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "ffmpeg_subtitle.h"
+#include "disc/ffmpeg_subtitles.h"
 #include "pack_disc.h"
 #include "spu/parse.h"
 #include "spu/run_length.h"
@@ -15,42 +15,19 @@ namespace {
 
 using namespace test;
 
-// All lines that something can be seen on, a digit for each pixel; the background where nothing is.
-using Screen = std::vector<std::string>;
 constexpr int kScreenLines = 600;
 
-Screen EmptyScreen() {
-  return Screen(kScreenLines, std::string(kPictureWidth, '0'));
-}
-
-// What the program itself shows.
 Screen ScreenOf(const SubpictureUnit& unit) {
-  Screen screen = EmptyScreen();
-  const auto pixels = ShownPixels(unit);
-  const auto width = static_cast<std::size_t>(unit.state.width);
-  for (std::size_t i = 0; i < pixels.size(); ++i) {
-    screen[unit.state.area.sy + i / width][unit.state.area.sx + i % width] =
-        static_cast<char>('0' + pixels[i]);
-  }
-  return screen;
+  return test::ScreenOf(unit, kScreenLines);
 }
 
 Screen FfmpegScreen(const Bytes& bytes) {
-  Screen screen = EmptyScreen();
-  const FfmpegSubtitle subtitle(bytes);
-  const AVSubtitleRect* rect = subtitle.Rect();
-  for (int y = 0; rect != nullptr && y < rect->h; ++y) {
-    for (int x = 0; x < rect->w; ++x) {
-      screen.at(static_cast<std::size_t>(rect->y + y)).at(static_cast<std::size_t>(rect->x + x)) =
-          static_cast<char>('0' + rect->data[0][y * rect->linesize[0] + x]);
-    }
-  }
-  return screen;
+  return test::ScreenOf(DecodeWithFfmpeg(bytes), kScreenLines);
 }
 
 void CutAt(Screen& screen, int line) {
   for (auto row = screen.begin() + line; row != screen.end(); ++row) {
-    row->assign(kPictureWidth, '0');
+    row->assign(kPictureWidth, ' ');
   }
 }
 
@@ -80,7 +57,7 @@ struct Model {
   // Content shifted up; an odd move down loses its first row, one to the top what passes line 2, or
   // the line it was found on.
   [[nodiscard]] Screen Moved(int up, int right) const {
-    Screen screen = EmptyScreen();
+    Screen screen(kScreenLines, std::string(kPictureWidth, ' '));
     const int firstLine = up > 0 ? std::max(std::min(y, 2), y - up + up % 2) : 0;
     for (std::size_t row = up < 0 && up % 2 != 0 ? 1 : 0; row < rows.size(); ++row) {
       const int line = y + static_cast<int>(row) - up;
@@ -88,6 +65,7 @@ struct Model {
       screen.at(static_cast<std::size_t>(line))
           .replace(static_cast<std::size_t>(x + right), rows[row].size(), rows[row]);
     }
+    for (std::string& line : screen) std::replace(line.begin(), line.end(), '0', ' ');
     return screen;
   }
   [[nodiscard]] std::vector<Sector> Packs() const {
@@ -298,57 +276,6 @@ TEST(Position, BandsAndRepeatedPlacesFollow) {
   ASSERT_EQ(MoveVertical(unit, 0, false, disc.Context()), Result::kDone);
   EXPECT_EQ(unit.state.colconTables.at(0).bands[0].topLine, 4);
   EXPECT_EQ(unit.state.bytes.size(), found.size());
-}
-
-// What must hold after any move, border or crop.
-void ExpectSound(const SubpictureUnit& unit, const SpuContext& context) {
-  SubpictureUnit reader = MakeUnit(unit.state.bytes);
-  ASSERT_EQ(ParseControlSequences(reader, 0, 0, context), Result::kDone);
-  EXPECT_EQ(reader.state.area, unit.state.area);
-  ASSERT_EQ(DecodeBitmap(reader, context), Result::kDone);
-  EXPECT_LT(unit.state.area.ex, kPictureWidth);
-  EXPECT_TRUE(ScreenOf(reader) == ScreenOf(unit));
-}
-
-TEST(Position, RandomSequencesOfMovesStaySound) {
-  std::mt19937 random(31);
-  const auto upTo = [&](int most) {
-    return static_cast<int>(random() % (1U + static_cast<unsigned>(most)));
-  };
-  for (unsigned round = 0; round < 100; ++round) {
-    const auto standard = round % 2 == 0 ? VideoStandard::kPal : VideoStandard::kNtsc;
-    const int height = 1 + upTo(40);
-    const Model model{RandomRows(round, 1 + upTo(80), height, 20), upTo(600),
-                      upTo(FrameHeight(standard) - height), standard};
-    PackDisc disc(model.Packs());
-    disc.standard = standard;
-    SubpictureUnit unit = disc.GatherOne();
-    const SpuContext context = disc.Context();
-    const Bytes found = unit.state.bytes;
-    const bool crops = round % 4 > 1;
-    for (int step = 0; step < 20; ++step) {
-      SCOPED_TRACE(testing::Message() << "round " << round << " step " << step);
-      const SpuState before = unit.state;
-      const int kind = upTo(crops ? 9 : 8);
-      if (kind < 4) {
-        ASSERT_EQ(MoveVertical(unit, upTo(1200) - 600, kind == 0, context), Result::kDone);
-      } else if (kind < 6) {
-        ASSERT_EQ(MoveHorizontal(unit, upTo(1500) - 750, context), Result::kDone);
-      } else if (kind == 9) {
-        ASSERT_EQ(CropBackground(unit, {upTo(3), upTo(3)}, context), Result::kDone);
-        EXPECT_EQ(unit.state.horizontalOffset, before.horizontalOffset);
-        EXPECT_EQ(unit.state.verticalOffset, before.verticalOffset);
-      } else if (!ApplyBorder(unit, upTo(280), {upTo(1) == 0, upTo(1) == 0}, context)) {
-        EXPECT_EQ(unit.state, before);
-      }
-      ASSERT_NO_FATAL_FAILURE(ExpectSound(unit, context));
-      if (testing::Test::HasFailure()) return;
-    }
-    unit.state.border = 0;
-    ASSERT_EQ(MoveVertical(unit, 0, false, context), Result::kDone);
-    ASSERT_EQ(MoveHorizontal(unit, 0, context), Result::kDone);
-    EXPECT_TRUE(crops || unit.state.bytes == found);
-  }
 }
 
 }  // namespace
