@@ -1,26 +1,17 @@
 #include "editor/last_modifications.h"
 
-#include <gtest/gtest.h>
-
-#include "author/spu_builder.h"
-#include "spu/colour_edit.h"
-#include "spu/parse.h"
-#include "support/message_collector.h"
+#include "support/unit_test.h"
 
 namespace quillomar {
 namespace {
 
-class LastModificationsTest : public testing::Test {
+class LastModificationsTest : public test::UnitTest {
  protected:
   // Two sequences: start, and stop after about `ms`.
   SubpictureUnit Unit(int ms) {
     const auto description =
         author::Subtitle({"0110", "0220", "0330", "0000"}, 100, 400, ms * 90 / 1024);
-    SubpictureUnit unit = author::MakeUnit(author::BuildSpu(description));
-    EXPECT_FALSE(Failed(ParseControlSequences(unit, 0, 0, context)));
-    (void)SelectControlSequence(unit, 0);
-    unit.state.freeRoom = 200;
-    return unit;
+    return Parsed(description, 200);
   }
 
   int DurationAfter(int ms, DurationMode mode) {
@@ -29,22 +20,18 @@ class LastModificationsTest : public testing::Test {
     choices.durations = true;
     choices.durationMs = 3000;
     choices.durationMode = mode;
-    EXPECT_FALSE(Failed(ApplyModifications(unit, last, choices, preferences, context)));
-    return DurationMs(unit, context.standard);
+    EXPECT_FALSE(Failed(ApplyModifications(unit, last, choices, preferences, context_)));
+    return DurationMs(unit, context_.standard);
   }
 
   LastModifications last;
   Preferences preferences;
-  test::MessageCollector messages;
-  ReportLimit limit{messages.reporter};
-  SpuContext context{messages.reporter, limit, VideoStandard::kPal};
 };
 
 TEST_F(LastModificationsTest, EachEditFillsItsField) {
   const SubpictureUnit unit = Unit(2000);
   const ApplyAllChoices none = ChoicesOf(last);
   EXPECT_FALSE(none.borders || none.verticalPosition || none.colour || none.durations || none.fade);
-  EXPECT_EQ(kNeverSet, static_cast<std::int32_t>(0xF8A43C8F));
 
   UnitEdits edits;
   edits.border = 0;
@@ -96,7 +83,7 @@ TEST_F(LastModificationsTest, UnitWithoutTheSequenceStaysAsItIs) {
   SubpictureUnit unit = Unit(2000);
   unit.charBoxCount = 3;
   const SpuState before = unit.state;
-  EXPECT_TRUE(Failed(ApplyModifications(unit, last, choices, preferences, context)));
+  EXPECT_TRUE(Failed(ApplyModifications(unit, last, choices, preferences, context_)));
   EXPECT_EQ(unit.state, before);
   EXPECT_EQ(unit.charBoxCount, 3);
 
@@ -105,7 +92,7 @@ TEST_F(LastModificationsTest, UnitWithoutTheSequenceStaysAsItIs) {
   last.transparency = {{kPattern, 1}};
   choices.transparency = true;
   choices.colour = false;
-  EXPECT_FALSE(Failed(ApplyModifications(unit, last, choices, preferences, context)));
+  EXPECT_FALSE(Failed(ApplyModifications(unit, last, choices, preferences, context_)));
   EXPECT_GT(unit.state.sequences.size(), 2U);
   EXPECT_TRUE(IsForced(unit));
 }
@@ -119,16 +106,15 @@ TEST_F(LastModificationsTest, RefusedEditLeavesTheOthersAndAsksNothing) {
     auto description = author::Subtitle({"0110", "0220"}, 100, 400, 88);
     description.sequences[1].commands = {author::ContrastCommand({0, 15, 15, 15})};
     description.sequences.resize(sequences);
-    SubpictureUnit unit = author::MakeUnit(author::BuildSpu(description));
-    ASSERT_FALSE(Failed(ParseControlSequences(unit, 0, 0, context)));
-    const int shown = DurationMs(unit, context.standard);
-    EXPECT_FALSE(Failed(ApplyModifications(unit, last, ChoicesOf(last), preferences, context)));
+    SubpictureUnit unit = Parsed(description, 0);
+    const int shown = DurationMs(unit, context_.standard);
+    EXPECT_FALSE(Failed(ApplyModifications(unit, last, ChoicesOf(last), preferences, context_)));
     EXPECT_TRUE(IsForced(unit));
     EXPECT_EQ(unit.state.sequences.size(), sequences);
-    EXPECT_EQ(DurationMs(unit, context.standard), shown);
+    EXPECT_EQ(DurationMs(unit, context_.standard), shown);
   }
-  EXPECT_TRUE(messages.questions.empty());
-  EXPECT_TRUE(messages.errors.empty());
+  EXPECT_TRUE(messages_.questions.empty());
+  EXPECT_TRUE(messages_.errors.empty());
 }
 
 }  // namespace

@@ -1,20 +1,13 @@
 #include "editor/playback_screen.h"
 
-#include <gtest/gtest.h>
-
-#include "author/spu_builder.h"
-#include "spu/parse.h"
-#include "spu/run_length.h"
-#include "support/message_collector.h"
+#include "support/unit_test.h"
 
 namespace quillomar::test {
-
-using namespace author;
 namespace {
 
 constexpr int kDelay = 10;  // of the second sequence; the third stops after twice that
 
-class PlaybackScreenTest : public testing::Test {
+class PlaybackScreenTest : public UnitTest {
  protected:
   // Two rows of pattern pixels; from column 102 of the second on a band makes them fainter.
   std::shared_ptr<SubpictureUnit> MakeBanded(std::int64_t time) {
@@ -23,9 +16,7 @@ class PlaybackScreenTest : public testing::Test {
         ColconCommand({{201, 201, {{102, {0, 3, 0, 0}, {0, 7, 7, 7}}}}}));
     description.sequences.insert(description.sequences.begin() + 1,
                                  {kDelay, {ContrastCommand({0, 8, 8, 8})}});
-    auto unit = std::make_shared<SubpictureUnit>(MakeUnit(BuildSpu(description)));
-    EXPECT_FALSE(Failed(ParseControlSequences(*unit, 0, 0, context_)));
-    EXPECT_FALSE(Failed(DecodeBitmap(*unit, context_)));
+    auto unit = std::make_shared<SubpictureUnit>(Decoded(description));
     unit->globalTime = time;
     return unit;
   }
@@ -37,9 +28,6 @@ class PlaybackScreenTest : public testing::Test {
     return picture.rgba.at(pixel * 4 + 3);
   }
 
-  MessageCollector messages_;
-  ReportLimit limit_{messages_.reporter};
-  SpuContext context_{messages_.reporter, limit_, VideoStandard::kPal};
   Preferences preferences_;
   ClutRecord clut_;
 };

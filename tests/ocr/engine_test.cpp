@@ -120,14 +120,6 @@ TEST_F(EngineTest, AStopLeavesTheRestUnread) {
                                   [](const auto& each) { return each.has_value(); });
   EXPECT_GE(read, 10);
   EXPECT_LT(read, 40);
-  const Pictures one({SetInPlainType({"mad", "bob", "dab", "nod", "bad"})});
-  auto other = Engine(NoFault);
-  linesRead_ = 0;
-  int calls = 0;
-  const auto stopped =
-      other.RecogniseAll(one, {}, [&](std::size_t, std::size_t) { return ++calls < 4; });
-  EXPECT_FALSE(stopped[0]);
-  EXPECT_EQ(linesRead_, 2);
 }
 
 TEST_F(EngineTest, LessonsGoFirstAndAreKeptForOtherDiscs) {

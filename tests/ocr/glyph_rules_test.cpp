@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "ocr/accents.h"
-#include "ocr/alignment.h"
 #include "ocr/letter_rules.h"
 #include "ocr/line_split.h"
 #include "ocr/music_note.h"
@@ -201,30 +200,6 @@ TEST(GlyphRulesTest, LinesCloseTogetherArePartedAndMarksStayWithTheirs) {
   draw(30, 33, 16, 21);
   draw(42, 45, 20, 26);
   EXPECT_EQ(SplitLines(FindComponents(Picture(rows))).size(), 2U);
-}
-
-std::vector<Glyph> Blocks(const std::vector<std::pair<int, int>>& columns) {
-  std::vector<Glyph> glyphs;
-  for (const auto& [first, last] : columns) glyphs.push_back({{first, last, 5, 14}, {}, 10});
-  return glyphs;
-}
-
-TEST(GlyphRulesTest, ReadingsFindTheirGlyphs) {
-  const auto reading = [](char32_t ch, int first, int last) {
-    return Reading{ch, {first, last, 5, 14}, 0.9, false};
-  };
-  const LineMetrics metrics{14, 10};
-  const std::vector<std::u32string> unknown(4);
-  // The second reading is invented, the glyph of 40 to 49 was not read, the last ones touch.
-  const auto glyphs = Blocks({{0, 9}, {20, 29}, {40, 49}, {60, 81}});
-  const auto matches =
-      AlignReadings({reading(U'a', 0, 9), reading(U'.', 12, 14), reading(U'n', 21, 30),
-                     reading(U'n', 60, 70), reading(U'n', 71, 81)},
-                    glyphs, metrics, {}, unknown);
-  ASSERT_EQ(matches.size(), 4U);
-  EXPECT_EQ(matches[1].reading, 2U);
-  EXPECT_EQ(matches[2].readings, 0U);
-  EXPECT_EQ(matches[3].readings, 2U);
 }
 
 TEST(GlyphRulesTest, GapsAreJudgedByTheirKindOnTheDisc) {

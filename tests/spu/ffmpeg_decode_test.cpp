@@ -4,18 +4,16 @@
 #include <cmath>
 #include <random>
 
-#include "author/spu_builder.h"
 #include "disc/ffmpeg_subtitles.h"
 #include "spu/colour_edit.h"
 #include "spu/duration.h"
 #include "spu/parse.h"
 #include "spu/run_length.h"
-#include "support/message_collector.h"
+#include "support/unit_test.h"
 
 namespace quillomar {
 namespace {
 
-using namespace author;
 using namespace test;
 
 void ExpectSamePicture(const SubpictureUnit& unit, const FfmpegSubtitle& theirs,
@@ -36,17 +34,17 @@ void ExpectSameTime(int ours, int theirs, VideoStandard standard) {
   EXPECT_LT(std::fabs(ours - std::round(ours / frame) * frame), 1);
 }
 
-TEST(FfmpegDecode, AgreesOnPixelsPlaceColoursAndTimes) {
-  MessageCollector messages;
-  ReportLimit limit(messages.reporter);
+class FfmpegDecode : public UnitTest {};
+
+TEST_F(FfmpegDecode, AgreesOnPixelsPlaceColoursAndTimes) {
   std::mt19937 random(20);
   const auto upTo = [&random](int most) {
     return static_cast<int>(random() % (static_cast<unsigned>(most) + 1));
   };
   int seen = 0;
   for (unsigned seed = 0; seed < 300; ++seed) {
-    const auto standard = seed % 2 == 0 ? VideoStandard::kPal : VideoStandard::kNtsc;
-    const SpuContext context{messages.reporter, limit, standard};
+    const SpuContext& context = seed % 2 == 0 ? context_ : ntsc_;
+    const VideoStandard standard = context.standard;
     const int width = 1 + upTo(719);
     const int height = 2 + upTo(60);
     const int x = upTo(kPictureWidth - width);

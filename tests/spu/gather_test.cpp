@@ -43,7 +43,6 @@ TEST(Gather, PutsUnitsOfOneToThreePacksTogether) {
     EXPECT_EQ(unit.stream, 2);
     EXPECT_EQ(unit.vcid, (Vcid{3, 4}));
     EXPECT_EQ(unit.state.sequences.size(), 2U);
-    EXPECT_TRUE(unit.currentColours.has_value());
     const Sector first = disc.ReadPack(0);
     EXPECT_TRUE(std::equal(unit.firstHeader.begin(), unit.firstHeader.end(), first.begin()));
     EXPECT_TRUE(disc.messages.errors.empty());
@@ -117,19 +116,6 @@ TEST(Gather, StartsAnewWhereAUnitIsInterruptedOrNeedsMoreThan32Packs) {
         first == 35 ? "needs more than 32 packs!" : "(LBA 1 of VTS_XX_2.VOB) is incomplete!";
     EXPECT_NE(disc.messages.errors[0].find(why + " Dropping it..."), std::string::npos);
   }
-}
-
-TEST(Gather, SaysOnceThatPacksAreScrambled) {
-  auto packs = MakeSubpicturePacks(UnitOfSize(300), {});
-  packs[0][kPesFlagsOffset] |= 0x10;
-  Sector garbled = packs[0];
-  std::fill(garbled.begin() + 128, garbled.end(), std::uint8_t{0x5A});
-  packs.push_back(garbled);
-  PackDisc disc(packs);
-  SpuGatherer gatherer(disc.set);
-  EXPECT_EQ(disc.Gather(gatherer), (Answers{kWhole, kDropped}));
-  ASSERT_EQ(disc.messages.errors.size(), 1U);
-  EXPECT_NE(disc.messages.errors[0].find("scrambled"), std::string::npos);
 }
 
 TEST(Gather, TakesPaddingInsideAUnitAndTheButtonsOfTheLastHighlight) {

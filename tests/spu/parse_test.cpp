@@ -1,13 +1,13 @@
 #include "spu/parse.h"
 
-#include "edit_fixture.h"
+#include "support/unit_test.h"
 
 namespace quillomar {
 namespace {
 
 using namespace test;
 
-class ParseTest : public EditTest {
+class ParseTest : public UnitTest {
  protected:
   SubpictureUnit Parsed(const Bytes& bytes) {
     SubpictureUnit unit = MakeUnit(bytes);
@@ -65,21 +65,6 @@ TEST_F(ParseTest, ChainsEndAtTheirOwnOffsetAndNeverTurnBack) {
   }
 }
 
-TEST_F(ParseTest, SequencesThatOverlapThroughoutTheUnitAreRefused) {
-  // Every third byte begins a sequence whose commands run to the unit's end.
-  Bytes bytes(60000, 0);
-  bytes[3] = 4;
-  for (std::size_t own = 4; own + 8 < bytes.size(); own += 3) {
-    bytes[own + 2] = static_cast<std::uint8_t>((own + 3) >> 8U);
-    bytes[own + 3] = static_cast<std::uint8_t>(own + 3);
-    bytes[own + 4] = kSetColour;
-  }
-  const SubpictureUnit unit = Parsed(bytes);
-  EXPECT_EQ(result_, Result::kFailed);
-  EXPECT_LT(unit.state.sequences.size(), 10U);
-  ASSERT_EQ(messages_.errors.size(), 1U);
-}
-
 TEST_F(ParseTest, DumpsEveryCommandToTheCharacter) {
   SpuDescription description = Subtitle({"0000", "0110"}, 10, 20, 105);
   description.sequences[0].commands.push_back(ColconCommand(
@@ -135,26 +120,6 @@ TEST_F(ParseTest, ColconStopsAtSixtyFourBandsAndSkipsColumnsPastTheEighth) {
   commands[0].resize(commands[0].size() - kColconEndSize);
   EXPECT_EQ(Parsed(BuildSpu(description)).state.sequences[0].commands[1].code, kStart);
   EXPECT_EQ(result_, Result::kDone);
-}
-
-TEST_F(ParseTest, OnlyVisibleTypesThatOccurAreShown) {
-  struct Case {
-    PixelTypeValues first;
-    std::vector<Bytes> second;
-    bool shown;
-  };
-  for (const Case& each : {Case{{0, 15, 15, 15}, {}, true}, Case{{0, 0, 15, 15}, {}, false},
-                           Case{{0, 0, 15, 15}, {ContrastCommand({0, 1, 0, 0})}, true}}) {
-    SpuDescription description = Subtitle({"0000", "0110"}, 10, 20, 105);
-    description.sequences[0].commands = {{kForcedStart}, ContrastCommand(each.first)};
-    description.sequences[1].commands = each.second;
-    SubpictureUnit unit = Parsed(BuildSpu(description));
-    EXPECT_TRUE(IsForced(unit));
-    EXPECT_EQ(IsShown(unit, context_), each.shown);
-    description.sequences[0].commands.clear();
-    unit = Parsed(BuildSpu(description));
-    EXPECT_FALSE(IsShown(unit, context_));
-  }
 }
 
 }  // namespace

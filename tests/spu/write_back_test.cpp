@@ -3,10 +3,9 @@
 #include <random>
 
 #include "dvd/big_endian.h"
-#include "edit_fixture.h"
 #include "pack_disc.h"
-#include "spu/compact.h"
 #include "spu/spu_pack.h"
+#include "support/unit_test.h"
 
 namespace quillomar {
 namespace {
@@ -119,58 +118,26 @@ TEST(WriteBack, ZeroFillsAGapThatNothingElseCloses) {
 }
 
 TEST(WriteBack, FreedPacksCarryDataAgain) {
-  SubpictureSpec spec{.stream = 0, .pts = 777};
   const Bytes large = UnitOfSize(6000);
-  PackDisc disc(MakeSubpicturePacks(large, spec));
+  PackDisc disc(MakeSubpicturePacks(large, {.stream = 0, .pts = 777}));
   SubpictureUnit unit = disc.GatherOne();
-  const Sector thirdBefore = disc.ReadPack(2);
   Replace(unit, UnitOfSize(500), disc);
   ASSERT_EQ(disc.Write(unit), Result::kDone);
   for (const std::uint32_t index : {1U, 2U}) ExpectPadding(disc.ReadPack(index), kPesStartOffset);
-  const Sector third = disc.ReadPack(2);
-  EXPECT_TRUE(std::equal(third.begin(), third.begin() + 14, thirdBefore.begin()));
-
   ASSERT_EQ(disc.Load(unit), Result::kDone);
   EXPECT_EQ(unit.packs.size(), 3U);
   EXPECT_EQ(unit.state.freeRoom, 2017 - 5 - 500 + 2 * 2024);
   Replace(unit, large, disc);
   ASSERT_EQ(disc.Write(unit), Result::kDone);
   EXPECT_EQ(disc.GatherOne().state.bytes, large);
-  EXPECT_EQ(disc.ReadPack(2)[kPesFlagsOffset], 0x81);
-  EXPECT_EQ(disc.ReadPack(2)[kPesFlags2Offset], 0);
-  EXPECT_EQ(disc.ReadPack(2)[kPesHeaderLengthOffset], 0);
-  ASSERT_EQ(disc.Load(unit), Result::kDone);
-  EXPECT_EQ(unit.state.freeRoom, 2017 - (6000 - 2019 - 2024));
-}
-
-TEST(WriteBack, BringsTheTopFieldToTheFront) {
-  // The bottom field first, as an odd move leaves them.
-  const auto rows = RandomRows(5, 40, 11, 9);
-  const Bytes plain = BuildSpu(Subtitle(rows, 50, 50, 90));
-  const Bytes bottom = BuildField(rows, 1);
-  const auto fields = plain.begin() + 4;
-  PackDisc disc({});
-  SubpictureUnit unit = MakeUnit(plain);
-  ASSERT_EQ(ParseControlSequences(unit, 0, 0, disc.Context()), Result::kDone);
-  Bytes& bytes = unit.state.bytes;
-  const auto offsets = static_cast<std::size_t>(*FindCommand(unit, kSetFieldOffsets, 0));
-  const auto bottomAt = fields + static_cast<long>(BuildField(rows, 0).size());
-  std::copy(fields, bottomAt, std::copy(bottom.begin(), bottom.end(), bytes.begin() + 4));
-  PutShort(bytes, offsets + 1, static_cast<std::uint16_t>(4 + bottom.size()));
-  PutShort(bytes, offsets + 3, 4);
-  ASSERT_EQ(Compact(unit, {}, disc.Context()), Result::kDone);
-  EXPECT_EQ(bytes, plain);
-  // Fields that share their codes stay.
-  PutShort(bytes, offsets + 1, 5);
-  PutShort(bytes, offsets + 3, 4);
-  ASSERT_EQ(Compact(unit, {}, disc.Context()), Result::kDone);
-  EXPECT_EQ(unit.state.topOffset, 5);
-  EXPECT_EQ(unit.state.bottomOffset, 4);
+  const Sector third = disc.ReadPack(2);
+  EXPECT_EQ(Bytes(third.begin() + kPesFlagsOffset, third.begin() + kPesFlagsOffset + 3),
+            (Bytes{0x81, 0, 0}));
 }
 
 TEST(WriteBack, RefusesBeforeItWrites) {
   PackDisc disc(MakeSubpicturePacks(UnitOfSize(3000), {}));
-  SubpictureUnit unit = disc.GatherOne();
+  const SubpictureUnit unit = disc.GatherOne();
   Bytes& image = disc.Image();
   const Bytes before = image;
   SubpictureUnit edited = unit;
@@ -189,25 +156,17 @@ TEST(WriteBack, RefusesBeforeItWrites) {
   SubpictureUnit scrambled = edited;
   scrambled.scrambled = true;
   refuse(scrambled);
-  // What something else has changed: flags, kind and, where the sums are still known, data.
+  // What something else has changed: flags, kind; data is compared by sums.
   image[2 * kSectorSize + kPesFlagsOffset] |= 0x10;
   refuse(edited);
   PutInt(image, 2 * kSectorSize + kPesStartOffset, kVideoStream);
   refuse(edited);
-  SubpictureUnit known = disc.GatherOne();
-  image[2 * kSectorSize + 700] ^= 1;
-  Replace(known, UnitOfSize(2900), disc);
-  refuse(known);
 
   image.resize(2 * kSectorSize + 100);
-  const Bytes cut = image;
   EXPECT_EQ(disc.Write(edited), Result::kFailed);
   EXPECT_EQ(disc.messages.errors.back(), "Failed to seek/read 2-th subpic pack at LBA 2\n");
-  const SpuState kept = edited.state;
   EXPECT_EQ(disc.Load(edited), Result::kFailed);
   EXPECT_EQ(disc.messages.errors.back(), "Failed to re-load enough data");
-  EXPECT_EQ(edited.state, kept);
-  EXPECT_EQ(image, cut);
 }
 
 TEST(WriteBack, ReportsTheWriteThatFailsAndCanBeRepeated) {
@@ -237,12 +196,10 @@ TEST(Reload, DropsEditsAndKeepsTheUnitsIdentity) {
   unit.globalTime = 1234;
   SpuState expected = unit.state;
   --expected.freeRoom;
-  ASSERT_EQ(DecodeBitmap(unit, disc.Context()), Result::kDone);
   ASSERT_EQ(SetColour(unit, 9, kPattern), Result::kDone);
   unit.state.verticalOffset = 4;
   ASSERT_EQ(disc.Load(unit), Result::kDone);
   EXPECT_EQ(unit.state, expected);
-  EXPECT_TRUE(unit.pixels.empty());
   EXPECT_EQ(unit.currentColours, (PixelTypeValues{0, 1, 2, 3}));
   EXPECT_EQ(std::tuple(unit.number, unit.numberInStream, unit.clut, unit.globalTime),
             std::tuple(7, 4, 2, 1234));

@@ -7,7 +7,8 @@
 
 #include "ocr/line_recogniser.h"
 
-// Type whose letters are frames, each of a size of its own, and a recogniser that knows it by these sizes.
+// Type whose letters are frames, each of a size of its own, and a recogniser that knows it by these
+// sizes.
 namespace quillomar::test {
 
 inline constexpr int kTypeXHeight = 10;

@@ -37,7 +37,7 @@ inline Content ContentOf(const Bytes& bytes, const SpuContext& context) {
 }
 
 // Units to be read or edited, and what must hold of them afterwards.
-class EditTest : public testing::Test {
+class UnitTest : public testing::Test {
  protected:
   SubpictureUnit Parsed(const Bytes& bytes, int freeRoom) {
     SubpictureUnit unit = MakeUnit(bytes);
@@ -49,10 +49,13 @@ class EditTest : public testing::Test {
   SubpictureUnit Parsed(const SpuDescription& description, int freeRoom = 500) {
     return Parsed(BuildSpu(description), freeRoom);
   }
-  SubpictureUnit Decoded(const SpuDescription& description) {
-    SubpictureUnit unit = Parsed(description, 0);
+  SubpictureUnit Decoded(const Bytes& bytes, int freeRoom) {
+    SubpictureUnit unit = Parsed(bytes, freeRoom);
     EXPECT_EQ(DecodeBitmap(unit, context_), Result::kDone);
     return unit;
+  }
+  SubpictureUnit Decoded(const SpuDescription& description, int freeRoom = 40000) {
+    return Decoded(BuildSpu(description), freeRoom);
   }
   static SpuDescription Plain(int stopDelay) {
     return Subtitle({"00000000", "01233210", "00111100", "02222220"}, 100, 400, stopDelay);
