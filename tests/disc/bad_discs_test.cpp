@@ -11,13 +11,11 @@
 #include "author/pack_builder.h"
 #include "author/spu_builder.h"
 #include "base/format.h"
-#include "cli/cli_front_end.h"
+#include "disc/open_disc.h"
 #include "dvd/big_endian.h"
 #include "dvd/ifo_layout.h"
-#include "editor/editor.h"
 #include "spu/colour_edit.h"
 #include "spu/parse.h"
-#include "support/direct_transaction.h"
 #include "support/memory_files.h"
 
 namespace quillomar {
@@ -195,30 +193,6 @@ std::size_t Title(const Bytes& ifo, std::size_t pointer) {
   return GetInt(ifo, pointer) * kSectorSize;
 }
 
-class Program {
- public:
-  explicit Program(test::MemoryFileSystem& files) : session_(files, "/state") {
-    session_.transactions = std::make_unique<test::DirectTransactionSource>(files);
-    const auto yes = [](const std::string&) { return true; };
-    const auto show = [this](const std::string& text) {
-      errors.push_back(text);
-      return 0;
-    };
-    session_.reporter.InstallHooks({show, yes, yes});
-    editor.OpenFiles({kVob}, false);
-  }
-
-  std::vector<std::string> errors;
-
- private:
-  Session session_;
-  CliFrontEnd frontEnd_;
-  InlineJobRunner runner_;
-
- public:
-  Editor editor{session_, frontEnd_, runner_};
-};
-
 std::string ShownText(const View& view) {
   std::string text;
   for (const std::string& stream : view.streams) text += stream + "\n";
@@ -239,11 +213,11 @@ TEST_P(BadDisc, OpensSaysWhatIsWrongAndTakesEdits) {
   files.Put(kIfo, ifo);
   files.Put("/disc/VTS_01_0.BUP", author::BuildIfo(GoodIfo()));
 
-  Program program(files);
-  Editor& editor = program.editor;
+  test::OpenEditor opened(files, "/state", {kVob});
+  Editor& editor = *opened;
   ASSERT_EQ(editor.Doc().Units().size(), trap.units);
   for (int i = 0; i < editor.CurrentView().count; ++i) editor.GoTo(i);
-  const std::string said = program.errors.empty() ? "" : program.errors.front();
+  const std::string said = opened.errors.empty() ? "" : opened.errors.front();
   EXPECT_EQ(said, trap.said);
   EXPECT_NE(ShownText(editor.CurrentView()).find(trap.shown), std::string::npos)
       << ShownText(editor.CurrentView());
@@ -259,9 +233,9 @@ TEST_P(BadDisc, OpensSaysWhatIsWrongAndTakesEdits) {
   editor.SaveAll();
   EXPECT_NE(files.Content(kVob), vob);
   EXPECT_EQ(editor.Doc().Modified(), trap.unwritten);
-  Program again(files);
-  EXPECT_EQ(again.editor.Doc().Units().size(), trap.units);
-  EXPECT_TRUE(IsForced(*again.editor.Doc().Units().front()));
+  test::OpenEditor again(files, "/state", {kVob});
+  EXPECT_EQ(again->Doc().Units().size(), trap.units);
+  EXPECT_TRUE(IsForced(*again->Doc().Units().front()));
 }
 
 const std::vector<Trap>& Traps() {

@@ -20,34 +20,21 @@ constexpr const char* kVob = "/d/VTS_01_1.VOB";
 constexpr const char* kIfo = "/d/VTS_01_0.IFO";
 constexpr const char* kBackup = "/d/VTS_01_0.BUP";
 
-// Opens the disc in an editor that says yes to everything.
-void WithEditor(FileSystem& files, const std::function<void(Editor&)>& work) {
-  Session session(files, kStateFolder);
-  session.fastOpen = FastOpen::kNever;
-  CliFrontEnd frontEnd;
-  InlineJobRunner runner;
-  Editor editor(session, frontEnd, runner);
-  const auto yes = [](const std::string&) { return true; };
-  session.reporter.InstallHooks({nullptr, yes, yes});
-  editor.OpenFiles({kVob}, false);
-  work(editor);
-}
-
 // Every subpicture and the colours.
 void SaveEdits(FileSystem& files) {
-  WithEditor(files, [](Editor& editor) {
-    for (const UnitPointer& unit : editor.Doc().Units()) {
-      const int colour = ((*unit->currentColours)[kPattern] + 1) % kClutSize;
-      (void)SetColour(Document::Unrecorded(unit), colour, kPattern);
-    }
-    ClutRecord* const clut = editor.Doc().UnrecordedClut(0, 1);
-    if (clut != nullptr) clut->entries[2].y ^= 0x40;
-    editor.SaveAll();
-  });
+  OpenEditor editor(files, kStateFolder, {kVob});
+  for (const UnitPointer& unit : editor->Doc().Units()) {
+    const int colour = ((*unit->currentColours)[kPattern] + 1) % kClutSize;
+    (void)SetColour(Document::Unrecorded(unit), colour, kPattern);
+  }
+  ClutRecord* const clut = editor->Doc().UnrecordedClut(0, 1);
+  if (clut != nullptr) clut->entries[2].y ^= 0x40;
+  editor->SaveAll();
 }
 
 void RetimeAll(FileSystem& files) {
-  WithEditor(files, [](Editor& editor) { editor.Retime(editor.Doc().Units(), 2); });
+  OpenEditor editor(files, kStateFolder, {kVob});
+  editor->Retime(editor->Doc().Units(), 2);
 }
 
 // An address map that needs more sectors than it has.
@@ -133,20 +120,14 @@ class InterruptedSave : public testing::Test {
     ASSERT_NE(found, disc);
   }
   // Opens the disc, with answers by turns; gives whether it can be saved.
-  bool Open(std::vector<bool> answers) {
-    Session session(*files, kStateFolder);
-    CliFrontEnd frontEnd;
-    InlineJobRunner runner;
-    Editor editor(session, frontEnd, runner);
-    const auto answer = [&](const std::string& question) {
-      questions.push_back(question);
-      return answers.at(questions.size() - 1);
-    };
-    session.reporter.InstallHooks({nullptr, answer, answer});
-    editor.OpenFiles({kVob}, false);
+  bool Open(const std::vector<bool>& answers) {
+    std::size_t next = 0;
+    OpenEditor editor(*files, kStateFolder, {kVob},
+                      [&](const std::string&) { return answers.at(next++); });
+    questions = editor.questions;
     EXPECT_EQ(questions.size(), answers.size());
-    EXPECT_GT(editor.Doc().Units().size(), 30U);
-    return editor.Doc().CanSave();
+    EXPECT_GT(editor->Doc().Units().size(), 30U);
+    return editor->Doc().CanSave();
   }
 
   DeviceState disc, found;
@@ -163,10 +144,8 @@ TEST_F(InterruptedSave, IsRestoredWhenTheFilesAreOpened) {
 TEST_F(InterruptedSave, MayBeKeptAndWaitsUntilThatIsDecided) {
   EXPECT_FALSE(Open({false, false}));
   EXPECT_EQ(DiscOf(files->Now()), found);
-  questions.clear();
   EXPECT_TRUE(Open({false, true}));
   EXPECT_EQ(files->Now(), found);
-  questions.clear();
   EXPECT_TRUE(Open({}));
 }
 
@@ -194,13 +173,14 @@ TEST(LastSavedState, IsRestoredAndReadAgain) {
   CrashFileSystem files(disc);
   SaveEdits(files);
   ASSERT_NE(DiscOf(files.Now()), disc);
-  WithEditor(files, [](Editor& editor) {
-    const Bytes saved = editor.Doc().Units().front()->state.bytes;
-    editor.Run(CommandId::kRestoreLastSaved);
-    EXPECT_NE(editor.Doc().Units().front()->state.bytes, saved);
-    EXPECT_FALSE(editor.Doc().Modified());
-    EXPECT_TRUE(editor.Doc().CanSave());
-  });
+  {
+    OpenEditor editor(files, kStateFolder, {kVob});
+    const Bytes saved = editor->Doc().Units().front()->state.bytes;
+    editor->Run(CommandId::kRestoreLastSaved);
+    EXPECT_NE(editor->Doc().Units().front()->state.bytes, saved);
+    EXPECT_FALSE(editor->Doc().Modified());
+    EXPECT_TRUE(editor->Doc().CanSave());
+  }
   EXPECT_EQ(files.Now(), disc);
 }
 
@@ -212,13 +192,14 @@ TEST(RetimingThatFails, CanBeTriedAgain) {
   for (const int operation : {15, 40, undisturbed.Operations() - 12}) {
     CrashFileSystem files(AuthoredDisc());
     files.FailAt(operation, CrashFileSystem::Fault::kError);
-    WithEditor(files, [&](Editor& editor) {
-      editor.SetColour(kPattern, 9);
-      editor.Retime(editor.Doc().Units(), 2);
+    {
+      OpenEditor editor(files, kStateFolder, {kVob});
+      editor->SetColour(kPattern, 9);
+      editor->Retime(editor->Doc().Units(), 2);
       EXPECT_EQ(DiscOf(files.Now()), AuthoredDisc()) << operation;
-      EXPECT_TRUE(editor.Enabled(FindCommandById(CommandId::kUndo))) << operation;
-      editor.Retime(editor.Doc().Units(), 2);
-    });
+      EXPECT_TRUE(editor->Enabled(FindCommandById(CommandId::kUndo))) << operation;
+      editor->Retime(editor->Doc().Units(), 2);
+    }
     EXPECT_EQ(DiscOf(files.Now()), DiscOf(undisturbed.Now())) << operation;
   }
 }

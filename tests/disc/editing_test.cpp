@@ -116,35 +116,6 @@ TEST_P(EditedDisc, TimesAreWhatWasSet) {
   }
 }
 
-TEST_P(EditedDisc, AFadeGoesAsItCame) {
-  OpenEditor editor(vobs);
-  std::vector<Bytes> found;
-  for (const std::string& path : vobs) found.push_back(FileBytes(path));
-  // A fade needs two sequences and a second of time.
-  UnitEdits fade;
-  fade.fade = FadeEdit::kAdd;
-  std::string numbers;
-  for (const UnitPointer& unit : editor->Doc().Units()) {
-    std::string refusal;
-    const SpuState state = unit->state;
-    if (Failed(
-            ApplyEdits(Document::Unrecorded(unit), fade, {}, editor->Doc().Context(), refusal))) {
-      EXPECT_TRUE(unit->state == state);
-      continue;
-    }
-    if (!numbers.empty()) numbers += ',';
-    numbers += std::to_string(unit->number);
-  }
-  editor->Run(CommandId::kSaveAll);
-  ASSERT_FALSE(editor->Doc().Modified());
-  ASSERT_NE(numbers.find(','), std::string::npos);
-  editor->CloseFiles();
-  // FFmpeg shows the first sequence, in which a faded unit is clear; the others are as they were.
-  EXPECT_LT(test::ReadWithFfmpeg(vobs).size(), before.size());
-  EXPECT_EQ(Cli({"set", "--yes", "--fade", "remove", "--numbers", numbers}, vobs).exitCode, 0);
-  for (std::size_t i = 0; i < vobs.size(); ++i) EXPECT_EQ(FileBytes(vobs[i]), found[i]);
-}
-
 TEST_P(EditedDisc, HidingAndCroppingKeepTheRest) {
   const auto cropped = Set({"--crop"});
   for (std::size_t i = 0; i < cropped.size(); ++i) {

@@ -22,15 +22,6 @@ class FastOpenTest : public testing::TestWithParam<const char*> {
     vobs = std::string(GetParam()) == "menu" ? disc->MenuVobs() : disc->TitleVobs();
     session.dataFolder = disc->Folder();
     session.logPath = disc->Path("log");
-    const auto ask = [this](const std::string& question) {
-      questions.push_back(question);
-      return answer;
-    };
-    const auto show = [this](const std::string& text) {
-      errors.push_back(text);
-      return 1;
-    };
-    session.reporter.InstallHooks({show, ask, ask});
     editor.ReadRecentFiles();
   }
 
@@ -55,13 +46,14 @@ class FastOpenTest : public testing::TestWithParam<const char*> {
 
   std::unique_ptr<DiscCopy> disc;
   std::vector<std::string> vobs;
-  std::vector<std::string> questions, errors;
   bool answer = true;
   std::unique_ptr<FileSystem> files = MakeDiskFileSystem();
-  Session session{*files, testing::TempDir() + "/state"};
-  CliFrontEnd frontEnd;
-  InlineJobRunner runner;
-  Editor editor{session, frontEnd, runner};
+  test::OpenEditor opened{
+      *files, testing::TempDir() + "/state", {}, [this](const std::string&) { return answer; }};
+  Editor& editor = *opened;
+  Session& session = editor.Context();
+  std::vector<std::string>& questions = opened.questions;
+  std::vector<std::string>& errors = opened.errors;
 };
 
 TEST_P(FastOpenTest, FindsWhatTheScanFinds) {

@@ -189,43 +189,5 @@ TEST_P(ErasedDisc, TextIsGoneAndTheRestIsInItsPlace) {
 
 INSTANTIATE_TEST_SUITE_P(Discs, ErasedDisc, testing::Values("ntsc", "pal"), test::DiscName);
 
-TEST_F(ReadDisc, CorrectedGlyphIsReadSoEverywhereAndOnOtherDiscs) {
-  test::MemoryFileSystem kept;
-  const auto open = [&](test::OpenEditor& editor) {
-    Session& session = editor->Context();
-    session.makeOcrEngine = [&] { return MakeOcrEngine(kept, session.reporter, "/db"); };
-    editor->Run(CommandId::kOcrSelected);
-  };
-  const auto count = [](test::OpenEditor& editor, char32_t ch) {
-    int found = 0;
-    for (const UnitPointer& unit : editor->Doc().Units()) {
-      for (const CharBox& box : unit->charBoxes) found += box.ch == ch ? 1 : 0;
-    }
-    return found;
-  };
-  int wrong = 0;
-  {
-    test::OpenEditor editor(disc_->TitleVobs());
-    open(editor);
-    const std::vector<CharBox>& boxes = editor->List().Current()->charBoxes;
-    const auto letter =
-        std::find_if(boxes.begin(), boxes.end(), [](const CharBox& box) { return box.ch == U'b'; });
-    ASSERT_NE(letter, boxes.end());
-    const int index = static_cast<int>(letter - boxes.begin());
-    editor->SelectText(BoxRange{index, index});
-    editor->CorrectText("\xC3\x9F");
-    ASSERT_EQ(editor.questions.size(), 1U);
-    wrong = count(editor, U'\u00DF');
-    EXPECT_NE(editor.questions[0].find(" " + std::to_string(wrong - 1) + " other place"),
-              std::string::npos)
-        << editor.questions[0] << wrong;
-    EXPECT_GT(wrong, 2);
-  }
-  EXPECT_TRUE(kept.Exists("/db/db.lst"));
-  test::OpenEditor again(disc_->TitleVobs());
-  open(again);
-  EXPECT_EQ(count(again, U'\u00DF'), wrong);
-}
-
 }  // namespace
 }  // namespace quillomar

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -24,10 +25,15 @@ std::string StateFolderBeside(const std::string& path);
 // Runs the command-line program on files, inside this process.
 CliOutcome Cli(std::vector<std::string> arguments, const std::vector<std::string>& files);
 
-// An editor with files open, jobs inline and questions answered with yes.
+// An editor with files open, jobs inline, which keeps what it says and asks.
 class OpenEditor {
  public:
+  using Answer = std::function<bool(const std::string& question)>;
+
+  // On the disk. Questions are answered with yes.
   explicit OpenEditor(const std::vector<std::string>& paths);
+  OpenEditor(FileSystem& files, const std::string& stateFolder,
+             const std::vector<std::string>& paths, Answer answer = {});
   Editor& operator*() { return editor_; }
   Editor* operator->() { return &editor_; }
 
@@ -35,7 +41,10 @@ class OpenEditor {
   std::vector<std::string> questions;
 
  private:
-  std::unique_ptr<FileSystem> files_ = MakeDiskFileSystem();
+  void Open(const std::vector<std::string>& paths);
+
+  Answer answer_;
+  std::unique_ptr<FileSystem> disk_ = MakeDiskFileSystem();
   Session session_;
   CliFrontEnd frontEnd_;
   InlineJobRunner runner_;

@@ -118,15 +118,6 @@ TEST_F(EditorPlaybackTest, MovingOnAndWritingEndIt) {
   EXPECT_FALSE((*editor_)->Doc().Modified());
 }
 
-TEST_F(EditorPlaybackTest, AudioIsChosenFromTheList) {
-  ASSERT_GT(Now().video.audio.size(), 0U);
-  const int count = static_cast<int>(Now().video.audio.size());
-  (*editor_)->Run(CommandId::kPreviousAudio);
-  EXPECT_EQ(Now().video.audioEntry, count - 1);
-  (*editor_)->Run(CommandId::kNextAudio);
-  EXPECT_EQ(Now().video.audioEntry, 0);
-}
-
 TEST(AudioChoicesTest, WhatCannotBePlayedSaysSoAndIsNotHeard) {
   CellEntry cell;
   cell.audio[0] = AudioStreamInfo{"DTS", "en", 6, 0x88};

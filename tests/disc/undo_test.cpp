@@ -6,6 +6,7 @@
 #include <random>
 
 #include "disc/open_disc.h"
+#include "spu/parse.h"
 
 namespace quillomar {
 namespace {
@@ -106,9 +107,16 @@ TEST_F(UndoTest, AllTheWayBackAndForthWhateverWasDone) {
 
 TEST_F(UndoTest, ABatchIsOneStepAndSoIsAHold) {
   Editor& program = **editor;
+  program.ChooseStream(1);
   program.SetForced(true);
-  program.ApplyToAll(ChoicesOf(program.Last()));
+  const ApplyAllChoices choices = ChoicesOf(program.Last());
+  EXPECT_TRUE(choices.startCommand && !choices.colour && !choices.durations);
+  program.ApplyToAll(choices);
   const Unsaved applied = Now();
+  // It reaches what the list shows.
+  for (const UnitPointer& unit : program.Doc().Units()) {
+    EXPECT_TRUE(unit->stream == 0 ? IsForced(*unit) : !unit->state.modified) << unit->number;
+  }
   EXPECT_NE(Offered(CommandId::kUndo).find("last modifications ("), std::string::npos);
   program.Run(CommandId::kUndo);
   EXPECT_EQ(Offered(CommandId::kUndo), "Undo start command (subpic 1) \t(Alt-Backspace)");
@@ -119,8 +127,12 @@ TEST_F(UndoTest, ABatchIsOneStepAndSoIsAHold) {
   program.Run(CommandId::kRedo);
   EXPECT_TRUE(Now() == applied);
 
-  program.ReloadAll();
+  program.ChooseStream(0);
+  program.Run(CommandId::kReloadAll);
+  EXPECT_EQ(editor->questions.back(), "This will undo all your changes... Proceed?");
   EXPECT_TRUE(Now() == start);
+  program.Run(CommandId::kReloadAll);
+  EXPECT_EQ(editor->questions.size(), 1U) << "there was nothing to take back";
   program.Run(CommandId::kUndo);
   EXPECT_TRUE(Now() == applied);
 

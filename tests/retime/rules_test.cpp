@@ -204,15 +204,6 @@ TEST_F(RetimingRefused, AcrossInterleavedUnitsButNotInsideAVobu) {
   EXPECT_EQ(again->Doc().Units().front()->state.pts, time + 30030);
 }
 
-TEST_F(RetimingRefused, ForAPartOfADomain) {
-  const DiscCopy split("split");
-  OpenEditor part({split.TitleVobs().front()});
-  EXPECT_FALSE(part->MayRetime());
-  EXPECT_EQ(part.errors, std::vector<std::string>{
-                             "Retiming subtitles is only possible in the title domain\n"
-                             "and if the entire domain is loaded.\nNot available for .sup files"});
-}
-
 // Pointers that were wrong before: those between VOBUs stay, cells are led to a VOBU.
 TEST_F(RetimingRefused, ForPointersThatWereWrongBefore) {
   const std::uint32_t nav = (*editor)->Doc().Results().vobus[9].startLba;

@@ -84,28 +84,6 @@ TEST_F(EditingTest, OneKeyTakesAHoldOrAClutEntryBackAndAnotherDoesItAgain) {
   EXPECT_FALSE(TheEditor().Doc().Modified());
 }
 
-TEST_F(EditingTest, SavedColoursAreThereAfterANewStart) {
-  StartOnDisc();
-  const int entry = ChangeColourByKeys();
-  const Bytes before = FileBytes(disc_->Path("VTS_01_1.VOB"));
-  Key(Qt::Key_S, Qt::ControlModifier);
-  EXPECT_FALSE(TheEditor().Busy());
-  EXPECT_EQ(FileBytes(disc_->Path("VTS_01_1.VOB")), before);
-
-  dialogs_.agrees = true;
-  Press("saveAllButton");
-  WaitForIdle();
-  EXPECT_FALSE(TheEditor().Doc().Modified());
-  EXPECT_NE(FileBytes(disc_->Path("VTS_01_1.VOB")), before);
-  EXPECT_EQ(dialogs_.questions.size(), 2U);
-  Window().close();
-  program_.reset();
-
-  StartOnDisc();
-  EXPECT_EQ(Shown().swatches[kPattern].clutEntry, entry);
-  EXPECT_TRUE(dialogs_.errors.empty());
-}
-
 TEST_F(EditingTest, UnsavedChangesAskBeforeClosingAndTheWindowComesBackWhereItWas) {
   StartOnDisc();
   ChangeColourByKeys();

@@ -83,7 +83,7 @@ TEST_F(JobsTest, AScanCanBeStoppedAndASaveCannot) {
   StartOnDisc();
   TheEditor().MoveVertically(4);
   const int top = Shown().picture.y;
-  TheEditor().Run(CommandId::kSaveAll);
+  Press("saveAllButton");
   EXPECT_FALSE(IsEnabled("abort"));
   TheEditor().Run(CommandId::kAbort);
   WaitForIdle();

@@ -81,8 +81,6 @@ TEST_F(SearchTest, KeysShowMenuButtons) {
   EXPECT_NE(selected, plain);
   Key(Qt::Key_Q, Qt::ControlModifier);
   EXPECT_NE(Shown().picture.rgba, selected);
-  Key(Qt::Key_Q, Qt::ControlModifier);
-  EXPECT_EQ(Shown().picture.rgba, selected);
   Key(Qt::Key_P, Qt::ControlModifier);
   EXPECT_EQ(Shown().options.button, Shown().buttonCount - 1);
   EXPECT_NE(Shown().picture.rgba, selected);
