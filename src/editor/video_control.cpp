@@ -90,7 +90,10 @@ Result VideoControl::Stop() {
   if (finding_) wanted_.reset();
   finding_ = false;
   playing_ = false;
-  return engine_->Stop(Pump());
+  const Result stopped = engine_->Stop(Pump());
+  // What was posted on the thread's way out may still be on its way.
+  BeginRequest();
+  return stopped;
 }
 
 void VideoControl::StopAndForget() {

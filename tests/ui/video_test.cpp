@@ -71,7 +71,12 @@ TEST_F(VideoWindowTest, SpacePlaysAndStops) {
   WaitFor([&] { return Shown().video.frame->globalTime > first->globalTime + 45000; });
   Key(Qt::Key_Space);
   EXPECT_FALSE(Find<QAbstractButton>("playButton").isChecked());
+  QTest::qWait(50);
   const FramePointer stopped = Shown().video.frame;
+  Key(Qt::Key_Space);
+  WaitFor([&] { return Shown().video.frame->globalTime != stopped->globalTime; });
+  EXPECT_GT(Shown().video.frame->globalTime, stopped->globalTime) << "it goes on where it stopped";
+  Key(Qt::Key_Space);
   Find<QAbstractButton>("loopButton").click();
   EXPECT_TRUE(Shown().video.looping);
   Key(Qt::Key_M, Qt::ControlModifier);
