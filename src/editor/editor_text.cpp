@@ -30,7 +30,9 @@ void Editor::SaveInfoText() {
   const auto path =
       ChooseTarget("Save all selected subpic info as a text file", "(*.txt)|*.txt||", "");
   if (!path) return;
+  frontEnd_.ShowBusy(true);
   const std::string text = InfoListText(selection_.List(), document_.Standard());
+  frontEnd_.ShowBusy(false);
   (void)WriteTextFile(session_.files, session_.reporter, *path, text);
 }
 

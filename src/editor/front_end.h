@@ -70,6 +70,8 @@ class FrontEnd {
   // Address of one of the program's own pages, by file name.
   virtual std::string PageAddress(const std::string& page) = 0;
   virtual void CloseWindow() = 0;
+  // The pointer says that the program is busy for a moment, until it is told otherwise.
+  virtual void ShowBusy(bool /*on*/) {}
   // A sound says that nothing was found.
   virtual void Beep() {}
   // Brings the keyboard to the box for the characters to be found, and empties it.

@@ -1,6 +1,7 @@
 #include "ui/qt_front_end.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QMetaObject>
 #include <QProcess>
 #include <QThread>
@@ -89,6 +90,14 @@ void QtFrontEnd::ShowMessage(const std::string& text) {
 
 void QtFrontEnd::ShowAbout() {
   dialogs_.ShowAbout();
+}
+
+void QtFrontEnd::ShowBusy(bool on) {
+  if (on) {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QGuiApplication::restoreOverrideCursor();
+  }
 }
 
 void QtFrontEnd::Beep() {

@@ -40,6 +40,7 @@ class QtFrontEnd final : public QObject, public FrontEnd {
   void ExtractManual(const std::string& path) override;
   std::string PageAddress(const std::string& page) override;
   void CloseWindow() override { emit CloseRequested(); }
+  void ShowBusy(bool on) override;
   void Beep() override;
   void FocusCharacters() override { emit CharactersRequested(); }
   QtVideoHost* Video() override { return &video_; }
