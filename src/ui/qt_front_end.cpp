@@ -1,5 +1,6 @@
 #include "ui/qt_front_end.h"
 
+#include <QCursor>
 #include <QFile>
 #include <QGuiApplication>
 #include <QMetaObject>
