@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "disc/ffmpeg_subtitles.h"
@@ -263,6 +264,57 @@ TEST(Position, BandsAndRepeatedPlacesFollow) {
   ASSERT_EQ(MoveVertical(unit, 0, false, disc.Context()), Result::kDone);
   EXPECT_EQ(unit.state.colconTables.at(0).bands[0].topLine, 4);
   EXPECT_EQ(unit.state.bytes.size(), found.size());
+}
+
+// What must hold after any move, border or crop.
+void ExpectSound(const SubpictureUnit& unit, const SpuContext& context) {
+  SubpictureUnit reader = MakeUnit(unit.state.bytes);
+  ASSERT_EQ(ParseControlSequences(reader, 0, 0, context), Result::kDone);
+  EXPECT_EQ(reader.state.area, unit.state.area);
+  ASSERT_EQ(DecodeBitmap(reader, context), Result::kDone);
+  EXPECT_LT(unit.state.area.ex, kPictureWidth);
+  EXPECT_TRUE(std::ranges::equal(ShownPixels(reader), ShownPixels(unit)));
+}
+
+TEST(Position, RandomSequencesOfMovesStaySound) {
+  std::mt19937 random(31);
+  const auto upTo = [&](int most) {
+    return static_cast<int>(random() % (1U + static_cast<unsigned>(most)));
+  };
+  for (unsigned round = 0; round < 100; ++round) {
+    const auto standard = round % 2 == 0 ? VideoStandard::kPal : VideoStandard::kNtsc;
+    const int height = 1 + upTo(40);
+    const Model model{RandomRows(round, 1 + upTo(80), height, 20), upTo(600),
+                      upTo(FrameHeight(standard) - height), standard};
+    PackDisc disc(model.Packs());
+    disc.standard = standard;
+    SubpictureUnit unit = disc.GatherOne();
+    const SpuContext context = disc.Context();
+    const Bytes found = unit.state.bytes;
+    const bool crops = round % 4 > 1;
+    for (int step = 0; step < 20; ++step) {
+      SCOPED_TRACE(testing::Message() << "round " << round << " step " << step);
+      const SpuState before = unit.state;
+      const int kind = upTo(crops ? 9 : 8);
+      if (kind < 4) {
+        ASSERT_EQ(MoveVertical(unit, upTo(1200) - 600, kind == 0, context), Result::kDone);
+      } else if (kind < 6) {
+        ASSERT_EQ(MoveHorizontal(unit, upTo(1500) - 750, context), Result::kDone);
+      } else if (kind == 9) {
+        ASSERT_EQ(CropBackground(unit, {upTo(3), upTo(3)}, context), Result::kDone);
+        EXPECT_EQ(unit.state.horizontalOffset, before.horizontalOffset);
+        EXPECT_EQ(unit.state.verticalOffset, before.verticalOffset);
+      } else if (!ApplyBorder(unit, upTo(280), {upTo(1) == 0, upTo(1) == 0}, context)) {
+        EXPECT_EQ(unit.state, before);
+      }
+      ASSERT_NO_FATAL_FAILURE(ExpectSound(unit, context));
+      if (testing::Test::HasFailure()) return;
+    }
+    unit.state.border = 0;
+    ASSERT_EQ(MoveVertical(unit, 0, false, context), Result::kDone);
+    ASSERT_EQ(MoveHorizontal(unit, 0, context), Result::kDone);
+    EXPECT_TRUE(crops || unit.state.bytes == found);
+  }
 }
 
 }  // namespace
