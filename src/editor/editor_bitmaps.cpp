@@ -43,7 +43,7 @@ ExchangeColours Editor::ExchangeColoursOfCurrent() {
 
 // Playback walks on through the list; what the user names a file for must stay the current unit.
 void Editor::SaveBitmap() {
-  if (video_.Playing()) PlayOrStop();
+  video_.EndPlayback();
   int type = session_.preferences.bitmapSaveType;
   FileRequest request{"Save subpic as bitmap file", kSaveFilter, session_.preferences.lastPpmDir,
                       ProposedBitmapName()};
@@ -57,7 +57,7 @@ void Editor::SaveBitmap() {
 }
 
 void Editor::SavePpm() {
-  if (video_.Playing()) PlayOrStop();
+  video_.EndPlayback();
   FileRequest request{"Save subpic as PPM file", "ppm Files (*.ppm)|*.ppm||",
                       session_.preferences.lastPpmDir, ProposedBitmapName()};
   request.forSaving = true;
@@ -85,7 +85,7 @@ void Editor::SaveBitmapAs(const std::string& path, int type) {
 }
 
 void Editor::ReplaceBitmap() {
-  if (video_.Playing()) PlayOrStop();
+  video_.EndPlayback();
   const auto paths =
       frontEnd_.ChooseFiles({"Load replacement bitmap (.bmp) file", "bmp Files (*.bmp)|*.bmp||",
                              session_.preferences.lastPpmDir, ProposedBitmapName()});

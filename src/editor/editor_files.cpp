@@ -130,7 +130,7 @@ void Editor::DropFiles(const std::vector<std::string>& paths) {
   }
   const bool isBitmap = HasExtension(paths.front(), ".bmp") || HasExtension(paths.front(), ".ppm");
   if (paths.size() == 1 && isBitmap) {
-    if (video_.Playing()) PlayOrStop();
+    video_.EndPlayback();
     if (selection_.Current()) ImportBitmap(paths.front(), ExchangeColoursOfCurrent().colours);
     return;
   }

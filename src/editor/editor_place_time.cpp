@@ -52,7 +52,7 @@ void Editor::HideCurrent() {
 void Editor::SetDuration(int ms) {
   // A unit without a stop is asked about, and playback would end the step meanwhile.
   const UnitPointer unit = selection_.Current();
-  if (video_.Playing() && unit && !HasTimedStop(*unit)) PlayOrStop();
+  if (unit && !HasTimedStop(*unit)) video_.EndPlayback();
   EditCurrent({.durationMs = ms});
 }
 

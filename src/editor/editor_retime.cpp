@@ -19,7 +19,7 @@ bool Editor::MayRetime() {
 
 std::optional<double> Editor::ChooseStartChange(const std::string& title) {
   if (!MayRetime()) return std::nullopt;
-  if (video_.Playing()) PlayOrStop();
+  video_.EndPlayback();
   return frontEnd_.ChooseStartChange(
       {title, session_.preferences.retimingSliderRange, document_.Standard()});
 }

@@ -110,8 +110,7 @@ void VideoDesk::SaveFrame() {
 
 void VideoDesk::TogglePlayback(bool loop) {
   if (Playing()) {
-    (void)control_.Stop();
-    PlaybackOver();
+    EndPlayback();
     return;
   }
   const PlayOptions options = loop ? LoopOptions() : PlayOptionsFromHere();
@@ -169,6 +168,12 @@ void VideoDesk::LoadScreen() {
   std::copy_if(all.begin(), all.end(), std::back_inserter(units),
                [stream](const UnitPointer& each) { return each->stream == stream; });
   screen_.Load(std::move(units));
+}
+
+void VideoDesk::EndPlayback() {
+  if (!Playing()) return;
+  (void)control_.Stop();
+  PlaybackOver();
 }
 
 void VideoDesk::Stop() {

@@ -51,6 +51,8 @@ class VideoDesk {
   void Close();
   [[nodiscard]] bool Available() const { return control_.Available(); }
   [[nodiscard]] bool Playing() const { return control_.Playing(); }
+  // Ends what plays, as the user does.
+  void EndPlayback();
   // Ends what plays; its picture stays.
   void Stop();
   // The same, for another place in the list.
